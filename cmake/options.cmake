@@ -1,0 +1,13 @@
+# Compiler settings of every target, in one interface library.
+add_library(talix_options INTERFACE)
+target_compile_options(
+  talix_options
+  INTERFACE -Wall -Wextra -Wpedantic -Werror -ffp-contract=off
+            $<$<COMPILE_LANGUAGE:CXX>:-Wshadow -Wconversion -Wno-sign-conversion -Wdouble-promotion -Wfloat-conversion>)
+# Bounds of the fixed arrays are checked in every build but release.
+target_compile_definitions(talix_options INTERFACE $<$<NOT:$<CONFIG:Release>>:TALIX_CHECK_BOUNDS>)
+if(TALIX_SANITIZE)
+  target_compile_options(talix_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
+                                                 -fno-omit-frame-pointer)
+  target_link_options(talix_options INTERFACE -fsanitize=address,undefined)
+endif()
