@@ -73,6 +73,31 @@ struct Mat {
   }
 };
 
+// Three indices, the first fastest in memory.
+template <class T, int N1, int N2, int N3>
+struct Cube {
+  T v[N3][N2][N1];
+
+  constexpr T& operator()(int i, int j, int k) {
+    check_index("cube row", i, 1, N1);
+    check_index("cube column", j, 1, N2);
+    check_index("cube layer", k, 1, N3);
+    return v[k - 1][j - 1][i - 1];
+  }
+  constexpr const T& operator()(int i, int j, int k) const {
+    check_index("cube row", i, 1, N1);
+    check_index("cube column", j, 1, N2);
+    check_index("cube layer", k, 1, N3);
+    return v[k - 1][j - 1][i - 1];
+  }
+  T& operator[](int) = delete;
+  constexpr void fill(const T& value) {
+    for (auto& layer : v)
+      for (auto& column : layer)
+        for (T& entry : column) entry = value;
+  }
+};
+
 // A matrix owned by somebody else, column-major with a leading dimension.
 template <class T>
 struct MatView {

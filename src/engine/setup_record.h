@@ -64,4 +64,7 @@ struct SetupRecord {
 
 extern constinit SetupRecord setup;
 
+// The record as it is at load; the data-generation counter goes on counting.
+void reset_setup_record();
+
 }  // namespace talix
