@@ -89,4 +89,7 @@ struct ComponentRecord {
 
 extern constinit ComponentRecord comp;
 
+// Empties the record; the melting temperatures become -1, their empty value.
+void reset_component_record();
+
 }  // namespace talix

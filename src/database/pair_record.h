@@ -22,6 +22,7 @@ struct PairRecord {
   Table BCPA0, BCPA0T, BCPA1, BCPA1T;  // CPA pair parameters
   Table BICWS;                         // binary parameter of the A-excess rule, symmetric
   Table HEN1, HEN2, HEN3, HEN4;        // Henry tables
+  I4 NPAIR;                            // components of the pair routines
   L4 LTAUX;     // status of the NRTL entry of the last pair was "X", or it had no NRTL data
   I4 NT0, NT1;  // ordered pairs in the two lists
   Vec<I4, kMaxOrderedPairs> IT0, JT0;              // pairs with TETA0 or TETA0T, both orders
@@ -32,5 +33,7 @@ struct PairRecord {
 };
 
 extern constinit PairRecord pairs;
+
+void reset_pair_record();
 
 }  // namespace talix
