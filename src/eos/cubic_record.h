@@ -10,6 +10,8 @@ struct CubicConstants {
   R8 C1PAR, C2PAR;                // denominator (v + c1 b)(v + c2 b) [-]
   R8 OAPAR, OBPAR;                // critical-point constants [-]
   R8 M1PAR, M2PAR, M3PAR, M4PAR;  // temperature function [-]
+
+  bool operator==(const CubicConstants&) const = default;
 };
 
 struct PureTables {

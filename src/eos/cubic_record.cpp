@@ -1,0 +1,8 @@
+#include "eos/cubic_record.h"
+
+namespace talix {
+
+constinit CubicConstants cur{};
+constinit PureTables pures{};
+
+}  // namespace talix

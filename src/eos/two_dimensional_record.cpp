@@ -1,0 +1,17 @@
+#include "eos/two_dimensional_record.h"
+
+namespace talix {
+
+constinit TwoDimensionalTables planar{};
+
+void reset_two_dimensional_tables() {
+  planar.A2D.fill(0.0);
+  planar.B2D.fill(0.0);
+  planar.D1A2DT.fill(0.0);
+  planar.D1B2DT.fill(0.0);
+  planar.D2A2DT.fill(0.0);
+  planar.D2B2DT.fill(0.0);
+  planar.AOB.fill(-1.0);
+}
+
+}  // namespace talix
