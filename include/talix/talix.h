@@ -1,0 +1,223 @@
+/*
+ * Talix: phase equilibrium and thermodynamic properties of mixtures. The calls of libtalix.so.
+ *
+ * Conventions
+ *   Every argument is a pointer, but for the length of a text, which is passed by value directly behind its
+ *   text. Integers have 32 bits, reals are 32-bit floats. Tables are stored with the first index fastest and
+ *   are counted from 1 in this description: row r, column c of SCAL is SCAL[(r - 1) + 52 * (c - 1)], of
+ * TPROPS it is TPROPS[(r - 1) + 15 * (c - 1)]. Texts are blank-padded, not zero-terminated. A Fortran program
+ * binds the calls with bind(C, name="TALIX") and takes the lengths as value arguments.
+ *
+ *   The library keeps its state between calls, is not reentrant and starts no thread: calls must not overlap.
+ *   No C++ exception leaves a call. A call with a null pointer changes nothing.
+ *
+ * Order of use
+ *   1. SETTALIXINSTALL once (data directory), SETTALIXUSAGE if message lines are not wanted on standard
+ * error.
+ *   2. TALIX once for each state. The first call, and each call with another component list, loads the
+ *      component data; all other calls use what is loaded.
+ */
+#ifndef TALIX_TALIX_H
+#define TALIX_TALIX_H
+
+#include <stdint.h>
+
+#if defined(_WIN32)
+#if defined(TALIX_EXPORTS)
+#define TALIX_CALL __declspec(dllexport)
+#else
+#define TALIX_CALL __declspec(dllimport)
+#endif
+#else
+#define TALIX_CALL __attribute__((visibility("default")))
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Sizes of the tables. */
+#define TALIX_MAX_COMPONENTS 50
+#define TALIX_SCAL_ROWS 52
+#define TALIX_SCAL_COLUMNS 8
+#define TALIX_PROPERTY_ROWS 15
+#define TALIX_PROPERTY_COLUMNS 3
+#define TALIX_CATALOGUE_RECORDS 1246
+#define TALIX_NAME_LENGTH 28
+
+/*
+ * TALIX: one flash and the properties of its phases.
+ *
+ *   NC      in       number of components, 0 to 50
+ *   T       in, out  temperature [degrees Celsius], at most 1500
+ *   P       in, out  pressure [bar], 0 to 900
+ *   FRV     in, out  vapour fraction [mol/mol], 0 to 1. For an isothermal flash it is the start value; pass
+ * 1, since a mixture whose phases are alike gets the fraction that it came with UNIT    in, out  basis of
+ * flows, one character: 'W' mass [kg, g/g], 'M' moles [kmol, mol/mol]. 'w' and 'm' are accepted and
+ * overwritten by the capital. Any other letter: feed in moles, results in mass. On the mass basis g/mol turn
+ * kg into kmol UNIT_LENGTH      length of UNIT; not read IFLASH  in       5   isothermal flash at T and P 33
+ * no flash: properties of the feed, as vapour in column 1 and as liquid in column 2 1-4, 6-10  not available
+ * in this version; the call says so in STR other codes  no flash: the results are assembled from the flows of
+ * the call before SCAL    in, out  52 rows by 8 columns, see below TPROPS  out      15 rows by 3 columns, see
+ * below STR     out      message. Blank: the results stand. First character a full stop: a warning, the
+ * results stand. Anything else: a failure; SCAL, TPROPS, T, P, FRV keep what they held STR_LENGTH characters
+ * of STR, at least 5; 120 hold every message. A longer message is cut
+ *
+ *   SCAL, with one row for each component in rows 1 to NC, totals in row NC+1, enthalpies in row NC+2. Flows
+ * and fractions are on the basis UNIT.
+ *
+ *     column  rows 1..NC                      row NC+1                     row NC+2
+ *     1       in: component number            -                            -
+ *     2       in: feed flow                   total feed                   total enthalpy
+ *     3       vapour flow                     total vapour                 enthalpy of the vapour
+ *     4       liquid flow                     total liquid                 enthalpy of the liquid
+ *     5       second-liquid flow              total second liquid          enthalpy of the second liquid
+ *     6       vapour composition              vapour fraction of the feed  -
+ *     7       liquid composition              liquid fraction              -
+ *     8       second-liquid composition       second-liquid fraction       -
+ *
+ *   Enthalpies are mole flow times J/mol divided by 1000: with kmol they are MJ. SCAL row NC+2, column 2 is
+ * set to 0 on entry. Component numbers are 2 to 1246 (GETTALIXPROPS lists them); they are cut to integers.
+ *
+ *   TPROPS, column 1 vapour, 2 liquid, 3 second liquid; a phase that is absent has zeros. All rows are per
+ * mole or per gram as their unit says, whatever the basis of the flows.
+ *
+ *     row  quantity                              unit
+ *     1    mean molar mass                       g/mol
+ *     2    density                               kg/m3
+ *     3    isothermal compressibility            1/bar
+ *     4    ideal-gas enthalpy                    J/mol
+ *     5    ideal-gas entropy                     J/(mol K)
+ *     6    ideal-gas heat capacity               J/(mol K)
+ *     7    enthalpy                              J/mol
+ *     8    entropy                               J/(mol K)
+ *     9    heat capacity at constant volume      J/(g K)
+ *     10   heat capacity at constant pressure    J/(g K)
+ *     11   speed of sound                        m/s
+ *     12   Joule-Thomson coefficient             K/bar
+ *     13   viscosity                             mPa s   (0: not calculated)
+ *     14   thermal conductivity                  W/(m K) (0: not calculated)
+ *     15   surface tension                       mN/m    (0: not calculated)
+ *
+ *   Enthalpies and entropies of the ideal gas are 0 at 273.15 K, entropies also at the reference pressure of
+ * the engine. A one-phase mixture far from its phase boundary is reported in the column of the phase that the
+ *   equation of state identifies; above the pseudo-critical region that is the vapour column.
+ *
+ *   A component list whose load failed is not tried again: every call with it ends with the reason in STR,
+ * until the list changes or SETTALIXINSTALL is called.
+ *
+ *   Failures (the name behind each text is that of the routine that found it):
+ *     " Number of components not between 0 and 50, no calculation (TALIX)"
+ *     " One of the component numbers is not a number, no calculation (TALIX)"
+ *     " Temperature not between 0 and 1773 K, no calculation (TALIX)"
+ *     " Pressure not between 0 and  900 bar, no calculation (TALIX)"
+ *     " Pressure not above 0, no calculation (TALIX)"            codes without a flash
+ *     " Fraction vapour not between 0 and 1, no calculation (TALIX)"
+ *     " One of the components has a feed that is not a number, no calculation (TALIX)"
+ *     " One of the components has a negative feed, no calculation (TALIX)"
+ *     " No feed specified, no calculation (TALIX)"
+ *     " Feed too small to form a phase, no calculation (TALIX)"  2.1E-8 mol or less
+ *     " Component list not loaded, component number n not between 2 and 1246, no calculation (TALIX)"
+ *     " Component list not loaded, no component has the number n, no calculation (TALIX)"
+ *     " Component list not loaded, data file not found or not readable, no calculation (TALIX)"
+ *     " Component list not loaded, engine start failed at stage n, no calculation (TALIX)"
+ *         stage 1 component list, 2 model, 3 databases, 4 reference temperature
+ *     " Flash type not available, no calculation (TALIX)"
+ *     " Unable to find accurate specific heat, no calculation (TALIX)"  the tables are written
+ *     " One feed stream negative or too big, no flash calculation (FLTP)"   above 1.0E+9
+ *     " Total feed rate greater than 1.0E+9, no flash calculation (FLTP)"
+ *     " Pressure not above 0, no flash calculation (FLTP)"
+ *     " Flash unable to converge to a solution (FLTP)"
+ *     " K-values unusually dependent on composition, no convergence (FLTP)"
+ *     " Argument missing, no calculation (TALIX)"                a null pointer
+ *     " Not enough memory, no calculation (TALIX)"               while a component list was loaded
+ */
+TALIX_CALL void TALIX(int32_t* NC, float* T, float* P, float* FRV, char* UNIT, int32_t UNIT_LENGTH,
+                      int32_t* IFLASH, float* SCAL, float* TPROPS, char* STR, int32_t STR_LENGTH);
+
+/*
+ * SETTALIXINSTALL: the install directory, without a separator behind it. Its folder Zandor holds the data
+ * files. The next TALIX call loads its component list again.
+ *
+ *   PATH         in  the directory; back-slashes and, where the platform has them, slashes separate folders
+ *   PATH_LENGTH      characters that PATH holds
+ *   LEN          in  characters in use, at most 256 together with the file names behind them
+ */
+TALIX_CALL void SETTALIXINSTALL(const char* PATH, int32_t PATH_LENGTH, const int32_t* LEN);
+
+/*
+ * SETTALIXUSAGE: where a message goes besides STR. Without this call it goes to standard error.
+ *
+ *   USAGE1   in  stored, not used
+ *   MSGHOOK  in  0: a line to unit MSGUNIT; any other value: to the line hook, which does nothing
+ *   MSGUNIT  in  0 standard error, 6 standard output, any other (for instance -1) drops the line
+ */
+TALIX_CALL void SETTALIXUSAGE(const int32_t* USAGE1, const int32_t* MSGHOOK, const int32_t* MSGUNIT);
+
+/* CLEARSCAL, CLEARTPROPS: all entries of a 52 by 8 and of a 15 by 3 table become 0. */
+TALIX_CALL void CLEARSCAL(float* SCAL);
+TALIX_CALL void CLEARTPROPS(float* TPROPS);
+
+/* NORMALISECOMPONENTS: divides each of N fractions by their sum. A sum of 0 is not guarded. */
+TALIX_CALL void NORMALISECOMPONENTS(const int32_t* N, float* COMPONENTFRACTIONS);
+
+/*
+ * WEIGHTTOMOLE: mass fractions to mole fractions. Each call reads the whole component file.
+ *
+ *   ZANDORNOS        in       N component numbers
+ *   N                in       number of entries
+ *   WEIGHTFRACTIONS  in, out  N mass fractions; normalised in place
+ *   MOLEFRACTIONS    out      N mole fractions; all 0 when a number has no molar mass in the component file
+ */
+TALIX_CALL void WEIGHTTOMOLE(const int32_t* ZANDORNOS, const int32_t* N, float* WEIGHTFRACTIONS,
+                             float* MOLEFRACTIONS);
+
+/*
+ * GETTALIXPROPS: constants of all records of the component file. Entry i of an array belongs to component
+ * number i; every array has 1246 entries. The six real arrays are cleared first.
+ *
+ *   COUNT      out  records read; 0 without a file
+ *   OUTDCRITT  out  critical temperature [K]
+ *   OUTDCRITP  out  critical pressure [MPa]
+ *   OUTDMOLWT  out  molar mass [g/mol]
+ *   OUTDAPBPT  out  normal boiling point [K]
+ *   OUTDFRZPT  out  freezing point [K]
+ *   OUTDHEATC  out  heat of combustion [J/mol]
+ *   OUTPNAME   out  1246 names of NAME_LENGTH characters each, one behind the other
+ *   NAME_LENGTH     characters of one name, normally 28
+ */
+TALIX_CALL void GETTALIXPROPS(int32_t* COUNT, float* OUTDCRITT, float* OUTDCRITP, float* OUTDMOLWT,
+                              float* OUTDAPBPT, float* OUTDFRZPT, float* OUTDHEATC, char* OUTPNAME,
+                              int32_t NAME_LENGTH);
+
+/*
+ * GETTALIXPROPSID: the same for record ID alone. STATUS is 0, or -1 on any failure, with zero values and a
+ * blank name.
+ */
+TALIX_CALL void GETTALIXPROPSID(const int32_t* ID, float* CRITT, float* CRITP, float* MOLWT, float* APBPT,
+                                float* FRZPT, float* HEATC, char* PNAME, int32_t NAME_LENGTH,
+                                int32_t* STATUS);
+
+/*
+ * GETTALIXAPPROPS: correlation coefficients of all records, as they stand in the component file. The values
+ * of one record stand side by side: OUTDCPV[8 * (i - 1)] is the first of component i. Entries beyond COUNT
+ * are left alone.
+ *
+ *   OUTDCPV   out   8 values a record: ideal-gas heat capacity
+ *   OUTDHVAP  out  17 values a record: heat of vaporisation
+ *   OUTDDLIQ  out   3 values a record: liquid density
+ *   OUTDWAG   out   4 values a record: vapour pressure
+ */
+TALIX_CALL void GETTALIXAPPROPS(int32_t* COUNT, float* OUTDCPV, float* OUTDHVAP, float* OUTDDLIQ,
+                                float* OUTDWAG);
+
+/* GETTALIXELEMENTS: atoms per molecule of all records, as reals. Entries beyond COUNT are left alone. */
+TALIX_CALL void GETTALIXELEMENTS(int32_t* COUNT, float* NOCARBON, float* NOHYDROGEN, float* NONITROGEN,
+                                 float* NOOXYGEN, float* NOSULPHUR, float* NOFLUORINE, float* NOCHLORINE,
+                                 float* NOBROMINE, float* NOIODINE);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* TALIX_TALIX_H */

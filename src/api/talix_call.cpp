@@ -1,0 +1,242 @@
+#include "api/talix_call.h"
+
+#include <cmath>
+#include <cstdio>
+#include <string_view>
+
+#include "api/flash_results.h"
+#include "api/vlinit.h"
+#include "fastprops/error_matrix.h"
+#include "fastprops/flash_message.h"
+#include "fastprops/small_arrays.h"
+#include "flash/fltp.h"
+
+namespace talix {
+
+namespace {
+
+// Values at or above this cannot be cut to a component number.
+constexpr R4 kIntegerLimit = 2147483648.0F;
+
+// Events of TALIX in the error matrix.
+namespace event {
+constexpr int temperature = 2;
+constexpr int pressure = 3;
+constexpr int fraction = 4;
+constexpr int negative_feed = 5;
+constexpr int no_feed = 6;
+}  // namespace event
+
+bool refuse(Message& STR, std::string_view text) {
+  report(STR, text);
+  return false;
+}
+
+bool refuse(Message& STR, std::string_view text, int number) {
+  mark_error(error_row::TALIX, number);
+  return refuse(STR, text);
+}
+
+// The message as far as the host's string reaches, blank-padded.
+void hand_back(const Message& STR, char* host, I4 length) {
+  if (host == nullptr) return;
+  for (I4 i = 0; i < length; ++i) host[i] = i < Message::extent ? STR(i + 1) : ' ';
+}
+
+void start_call(char& UNIT) {
+  fl.KSTART = false;
+  fl.NCAL = flash_status::fresh;
+  fl.RGAS = kFlashGasConstant;
+  fl.TZERO = kFlashZeroCelsius;
+  if (UNIT == 'w') UNIT = 'W';
+  if (UNIT == 'm') UNIT = 'M';
+  fl.NL2KEY = 0;
+  fl.KVRESET = false;
+}
+
+// The component list and the feed of the host; false when they cannot be taken over.
+bool take_list(I4 NC, const ScalTable& SCAL, Message& STR) {
+  if (NC < 0 || NC > kMaxComponents)
+    return refuse(STR, " Number of components not between 0 and 50, no calculation (TALIX)");
+  for (int i = 1; i <= NC; ++i)
+    if (!(std::fabs(SCAL(i, 1)) < kIntegerLimit))
+      return refuse(STR, " One of the component numbers is not a number, no calculation (TALIX)");
+  fl.NC = NC;
+  for (int i = 1; i <= NC; ++i) {
+    fl.ICOMP(i) = static_cast<I4>(SCAL(i, 1));
+    fl.SF(i) = SCAL(i, 2);
+  }
+  return true;
+}
+
+bool list_has_changed() {
+  if (fl.NC != fl.NCOLD) return true;
+  for (int i = 1; i <= fl.NC; ++i)
+    if (fl.ICOMP(i) != fl.STD_OLD(i)) return true;
+  return false;
+}
+
+// Loads a changed list. The list is stored before, and the code of the load is not looked at: the same list
+// is not tried again.
+void load_list() {
+  const bool REINIT = list_has_changed();
+  fl.NCOLD = fl.NC;
+  for (int i = 1; i <= fl.NC; ++i) fl.STD_OLD(i) = fl.ICOMP(i);
+  I4 IFAIL = 0;
+  if (REINIT && fl.NC > 0) VLINIT(fl.NC, fl.ICOMP, IFAIL);
+}
+
+void take_state(R4 T, R4 P, R4 FRV, ScalTable& SCAL) {
+  if (fl.IFLASH != flash_type::adiabatic && fl.IFLASH != flash_type::adiabatic_nested)
+    SCAL(fl.NC + 2, 2) = 0.0F;
+  fl.SF(fl.NC + 2) = SCAL(fl.NC + 2, 2);
+  fl.T = fl.TZERO + T;
+  fl.P = P;
+  fl.QSPEC = fl.SF(fl.NC + 2) * 1000.0F;
+  fl.FRV = FRV;
+}
+
+bool check_state(Message& STR) {
+  if (!(fl.T > 0.0F) || !(fl.T <= kMaxTemperature)) {
+    if (fl.MSGHOOK) mark_error(error_row::TALIX, event::temperature);
+    return refuse(STR, " Temperature not between 0 and 1773 K, no calculation (TALIX)");
+  }
+  if (!(fl.P >= 0.0F) || !(fl.P <= kMaxPressure))
+    return refuse(STR, " Pressure not between 0 and  900 bar, no calculation (TALIX)", event::pressure);
+  if (!(fl.FRV >= 0.0F) || !(fl.FRV <= 1.0F))
+    return refuse(STR, " Fraction vapour not between 0 and 1, no calculation (TALIX)", event::fraction);
+  return true;
+}
+
+bool check_feed(Message& STR) {
+  for (int i = 1; i <= fl.NC; ++i) {
+    fl.F(i) = fl.SF(i);
+    if (!std::isfinite(fl.F(i)))
+      return refuse(STR, " One of the components has a feed that is not a number, no calculation (TALIX)");
+    if (fl.F(i) < 0.0F)
+      return refuse(STR, " One of the components has a negative feed, no calculation (TALIX)",
+                    event::negative_feed);
+  }
+  fl.SFT = 0.0F;
+  for (int i = 1; i <= fl.NC; ++i) fl.SFT += fl.SF(i);
+  fl.FT = TELOP(fl.NC, fl.F);
+  if (!(fl.FT > 0.0F)) return refuse(STR, " No feed specified, no calculation (TALIX)", event::no_feed);
+  return true;
+}
+
+// A list whose load did not end well has no data to calculate with.
+bool check_load(Message& STR) {
+  constexpr int kRoom = Message::extent + 1;
+  char text[kRoom];
+  int length = 0;
+  switch (fl.LOAD) {
+    case load_result::complete:
+      return true;
+    case load_result::bad_number:
+      length = std::snprintf(
+          text, kRoom,
+          " Component list not loaded, component number %d not between %d and %d, no calculation "
+          "(TALIX)",
+          fl.LOAD_DETAIL, kFirstComponentNumber, kLastComponentNumber);
+      break;
+    case load_result::empty_record:
+      length = std::snprintf(
+          text, kRoom, " Component list not loaded, no component has the number %d, no calculation (TALIX)",
+          fl.LOAD_DETAIL);
+      break;
+    case load_result::engine:
+      length = std::snprintf(
+          text, kRoom, " Component list not loaded, engine start failed at stage %d, no calculation (TALIX)",
+          fl.LOAD_DETAIL);
+      break;
+    default:
+      length = std::snprintf(
+          text, kRoom,
+          " Component list not loaded, data file not found or not readable, no calculation (TALIX)");
+  }
+  return refuse(STR, {text, static_cast<std::size_t>(length)});
+}
+
+// The properties of the feed as a fictitious mixture: the whole feed stands in both phases.
+void take_feed_as_phases() {
+  fl.FRV = 0.5F;
+  for (int i = 1; i <= fl.NC; ++i) {
+    fl.FV(i) = fl.F(i);
+    fl.Y(i) = fl.FL(i) = fl.X1(i) = fl.SF(i);
+    fl.X2(i) = fl.FLS(i) = 0.0F;
+  }
+}
+
+// Runs the flash of the code; false with a message when there is no result. An unknown code runs none and
+// keeps the flows of the call before.
+bool run_flash(Message& STR) {
+  switch (fl.IFLASH) {
+    case flash_type::isothermal:
+      FLTP(STR);
+      break;
+    case flash_type::bubble_pressure:
+    case flash_type::bubble_temperature:
+    case flash_type::dew_pressure:
+    case flash_type::dew_temperature:
+    case flash_type::pressure_at_fraction:
+    case flash_type::temperature_at_fraction:
+    case flash_type::adiabatic:
+    case flash_type::adiabatic_nested:
+    case flash_type::isothermal_fast:
+      return refuse(STR, " Flash type not available, no calculation (TALIX)");
+    default:
+      // Properties without a flash need a pressure all the same.
+      if (!(fl.P > 0.0F)) return refuse(STR, " Pressure not above 0, no calculation (TALIX)");
+  }
+  if (is_hard_failure(STR)) return false;
+  if (fl.IFLASH == flash_type::isothermal && !(fl.FT > kPhaseLimit))
+    return refuse(STR, " Feed too small to form a phase, no calculation (TALIX)");
+  if (fl.IFLASH == flash_type::feed_properties) take_feed_as_phases();
+  return true;
+}
+
+// Everything up to the flash; false with a message when there is no result.
+bool calculate(I4 NC, R4 T, R4 P, R4 FRV, char& UNIT, I4 IFLASH, ScalTable& SCAL, Message& STR) {
+  start_call(UNIT);
+  if (!take_list(NC, SCAL, STR)) return false;
+  fl.IFLASH = IFLASH;
+  load_list();
+  fl.NCALLS = fl.NCALLS + 1;
+  take_state(T, P, FRV, SCAL);
+  if (!check_state(STR) || !check_feed(STR) || !check_load(STR)) return false;
+  if (UNIT == 'W') {
+    KGMOL(fl.NC, fl.F, fl.AMW);
+    fl.FT = TELOP(fl.NC, fl.F);
+  }
+  return run_flash(STR);
+}
+
+}  // namespace
+
+// TALIX: one flash with the properties of its phases. The arguments, tables and units are described in
+// include/talix/talix.h.
+//
+// In       NC, IFLASH, SCAL columns 1 and 2
+// In, out  T, P, FRV, UNIT
+// Out      SCAL columns 3 to 8 and its two summary rows, TPROPS, STR
+// Shared   fl, errmat
+// Status   STR: blank, a warning that begins with a full stop, or a failure without results
+// Reports  the messages below, each echoed; cells 2 to 6 of TALIX
+// Oddity   W decides the basis of the feed and M that of the results: a third letter means a feed in moles
+// and
+//          results in mass. The temperature failure counts only when messages go to the hook. A failed load
+//          is not tried again with the same list; the call then ends with a text.
+void TALIX(I4* NC, R4* T, R4* P, R4* FRV, char* UNIT, I4 /*UNIT_LENGTH*/, I4* IFLASH, ScalTable* SCAL,
+           PropertyTable* TPROPS, char* STR, I4 STR_LENGTH) {
+  Message message{};
+  message.blank();
+  if (NC == nullptr || T == nullptr || P == nullptr || FRV == nullptr || UNIT == nullptr ||
+      IFLASH == nullptr || SCAL == nullptr || TPROPS == nullptr) {
+    report(message, " Argument missing, no calculation (TALIX)");
+  } else if (calculate(*NC, *T, *P, *FRV, *UNIT, *IFLASH, *SCAL, message)) {
+    assemble_results(*UNIT, *T, *P, *FRV, *SCAL, *TPROPS, message);
+  }
+  hand_back(message, STR, STR_LENGTH);
+}
+
+}  // namespace talix
