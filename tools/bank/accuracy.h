@@ -1,0 +1,16 @@
+// The accuracy report: deviations of the bank's curves from the reference tables.
+#pragma once
+
+#include <filesystem>
+
+#include "bank/record.h"
+
+namespace talix::bank {
+
+// Compares saturation and gas properties of every component with the reference tables in `data_dir` and
+// writes the result to `report` as Markdown. Throws BankError where a table cannot be read or the file not be
+// written.
+void write_accuracy_report(const Bank& bank, const std::filesystem::path& data_dir,
+                           const std::filesystem::path& report);
+
+}  // namespace talix::bank
