@@ -4,6 +4,10 @@ target_compile_options(
   talix_options
   INTERFACE -Wall -Wextra -Wpedantic -Werror -ffp-contract=off
             $<$<COMPILE_LANGUAGE:CXX>:-Wshadow -Wconversion -Wno-sign-conversion -Wdouble-promotion -Wfloat-conversion>)
+# GCC 12 warns of overlapping copies in the string concatenation of its own library, wrongly (GCC bug 105651).
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(talix_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
+endif()
 # Bounds of the fixed arrays are checked in every build but release.
 target_compile_definitions(talix_options INTERFACE $<$<NOT:$<CONFIG:Release>>:TALIX_CHECK_BOUNDS>)
 if(TALIX_SANITIZE)

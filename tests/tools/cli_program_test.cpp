@@ -1,0 +1,358 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "cli/app.h"
+#include "cli/failure.h"
+#include "cli/install_directory.h"
+#include "support/test_support.h"
+#include "tools/process.h"
+
+namespace talix::cli {
+namespace {
+
+using nlohmann::json;
+
+struct Output {
+  int code;
+  std::string out;
+  std::string err;
+};
+
+// The command line in this process, with the compiled bank.
+Output talix(std::vector<std::string> arguments) {
+  if (!arguments.empty() && (arguments[0] == "flash" || arguments[0] == "components")) {
+    arguments.insert(arguments.end(), {"--install", test::install_directory()});
+  }
+  std::ostringstream out;
+  std::ostringstream err;
+  const int code = run(arguments, out, err);
+  return {code, out.str(), err.str()};
+}
+
+Output flash(const std::string& components, const std::string& feed, const std::string& T,
+             const std::string& P, const std::vector<std::string>& more = {}) {
+  std::vector<std::string> arguments = {"flash", "--comp", components, "--feed", feed, "-T", T, "-P", P};
+  arguments.insert(arguments.end(), more.begin(), more.end());
+  return talix(arguments);
+}
+
+json flash_json(const std::string& components, const std::string& feed, const std::string& T,
+                const std::string& P, const std::vector<std::string>& more = {}) {
+  std::vector<std::string> arguments = {"--format", "json"};
+  arguments.insert(arguments.end(), more.begin(), more.end());
+  const Output output = flash(components, feed, T, P, arguments);
+  EXPECT_EQ(output.code, kExitOk) << output.err;
+  return json::parse(output.out);
+}
+
+bool holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+// Sets or clears a variable of the process for the life of the object.
+class Variable {
+ public:
+  Variable(const char* name, const char* value) : name_(name) {
+    if (const char* const old = std::getenv(name)) old_ = old;
+    if (value == nullptr) {
+      ::unsetenv(name);
+    } else {
+      ::setenv(name, value, 1);
+    }
+  }
+  ~Variable() {
+    if (old_) {
+      ::setenv(name_, old_->c_str(), 1);
+    } else {
+      ::unsetenv(name_);
+    }
+  }
+  Variable(const Variable&) = delete;
+  Variable& operator=(const Variable&) = delete;
+
+ private:
+  const char* name_;
+  std::optional<std::string> old_;
+};
+
+TEST(CliProgram, VersionAndHelpAnswerWithoutABank) {
+  const Output version = talix({"--version"});
+  EXPECT_EQ(version.code, kExitOk);
+  EXPECT_EQ(version.out.rfind("talix ", 0), 0U);
+  const Output help = talix({"--help"});
+  EXPECT_EQ(help.code, kExitOk);
+  EXPECT_TRUE(holds(help.out, "flash") && holds(help.out, "components") && holds(help.out, "Example"));
+  std::ostringstream out;
+  std::ostringstream err;
+  EXPECT_EQ(run({"flash", "--help"}, out, err), kExitOk);
+  for (const char* part : {"bar (default)", "C (default)", "--basis", "kg/m3", "Example", "--install"}) {
+    EXPECT_TRUE(holds(out.str(), part)) << part;
+  }
+}
+
+TEST(CliProgram, WrongArgumentsExitWithTwo) {
+  EXPECT_EQ(talix({}).code, kExitUsage);
+  EXPECT_EQ(talix({"flush"}).code, kExitUsage);
+  EXPECT_EQ(talix({"flash"}).code, kExitUsage);
+  EXPECT_EQ(flash("methane", "1", "25C", "50bar", {"--basis", "volume"}).code, kExitUsage);
+  EXPECT_EQ(flash("methane", "1", "25C", "50bar", {"--format", "xml"}).code, kExitUsage);
+  for (const auto& [feed, part] :
+       std::vector<std::pair<std::string, std::string>>{{"0.5", "2 components but 1 feed values"},
+                                                        {"0.5,0.5,1", "2 components but 3 feed values"},
+                                                        {"0.5,-1", "negative"},
+                                                        {"0.5,nan", "not a number"}}) {
+    const Output output = flash("methane,ethane", feed, "25C", "50bar");
+    EXPECT_EQ(output.code, kExitUsage) << feed;
+    EXPECT_TRUE(holds(output.err, part)) << output.err;
+    EXPECT_EQ(output.out, "");
+  }
+  EXPECT_EQ(flash("methane", "1", "nan", "50bar").code, kExitUsage);
+  EXPECT_EQ(flash("methane", "1", "25C", "50barg").code, kExitUsage);
+}
+
+TEST(CliProgram, UnknownComponentNamesTheNearestAndExitsWithTwo) {
+  const Output output = flash("methane,etane", "0.5,0.5", "25C", "50bar");
+  EXPECT_EQ(output.code, kExitUsage);
+  EXPECT_TRUE(holds(output.err, "unknown component 'etane'; nearest: ")) << output.err;
+  EXPECT_TRUE(holds(output.err, " ethane (2P, number 21)")) << output.err;
+}
+
+TEST(CliProgram, FlashClosesTheBalanceOfEveryComponent) {
+  const json report = flash_json("methane,ethane,n-decane", "0.8,0.15,0.05", "25C", "50bar");
+  EXPECT_EQ(report["components"], json({"methane", "ethane", "n-decane"}));
+  EXPECT_EQ(report["T_C"], 25.0);
+  EXPECT_EQ(report["P_bar"], 50.0);
+  const json& vapour = report["phases"]["vapour"];
+  const json& liquid = report["phases"]["liquid"];
+  ASSERT_FALSE(vapour.is_null());
+  ASSERT_FALSE(liquid.is_null());
+  double vapour_sum = 0;
+  double liquid_sum = 0;
+  for (std::size_t i = 0; i < 3; ++i) {
+    const double y = vapour["composition"][i].get<double>();
+    const double x = liquid["composition"][i].get<double>();
+    vapour_sum += y;
+    liquid_sum += x;
+    EXPECT_NEAR(vapour["flow"].get<double>() * y + liquid["flow"].get<double>() * x,
+                report["feed"][i].get<double>(), 1e-5);
+  }
+  EXPECT_NEAR(vapour_sum, 1, 1e-5);
+  EXPECT_NEAR(liquid_sum, 1, 1e-5);
+  EXPECT_NEAR(vapour["fraction"].get<double>() + liquid["fraction"].get<double>(), 1, 1e-5);
+  EXPECT_NEAR(report["vapour_fraction"].get<double>(), vapour["fraction"].get<double>(), 1e-6);
+  EXPECT_GT(liquid["composition"][2].get<double>(), vapour["composition"][2].get<double>());
+  EXPECT_GT(liquid["properties"]["density_kg_m3"].get<double>(),
+            vapour["properties"]["density_kg_m3"].get<double>());
+  for (const auto& [name, value] : liquid["properties"].items()) {
+    EXPECT_TRUE(value.is_null() || std::isfinite(value.get<double>())) << name;
+  }
+}
+
+TEST(CliProgram, EveryWayToNameTheMixtureGivesTheSameResult) {
+  const Output reference =
+      flash("methane,ethane,n-decane", "0.8,0.15,0.05", "25C", "50bar", {"--format", "json"});
+  ASSERT_EQ(reference.code, kExitOk) << reference.err;
+  for (const char* components : {"1P, 2P ,10P", "74-82-8,74-84-0,124-18-5", "20,21,116", "CH4,C2H6,decane"}) {
+    EXPECT_EQ(flash(components, "0.8,0.15,0.05", "25", "50", {"--format", "json"}).out, reference.out)
+        << components;
+  }
+  EXPECT_EQ(flash("methane,ethane,n-decane", "0.8,0.15,0.05", "25 C", "5 MPa", {"--format", "json"}).out,
+            reference.out);
+  const Output words = talix({"flash", "--comp", "methane", "ethane", "n-decane", "--feed", "0.8", "0.15",
+                              "0.05", "-T", "25", "C", "-P", "50", "bar", "--format", "json"});
+  EXPECT_EQ(words.out, reference.out) << words.err;
+}
+
+TEST(CliProgram, MassAndMoleBasisDescribeTheSameMixture) {
+  const json moles = flash_json("methane,n-decane", "0.7,0.3", "25C", "50bar");
+  const double vapour_mass = moles["phases"]["vapour"]["flow"].get<double>() *
+                             moles["phases"]["vapour"]["properties"]["molar_mass_g_mol"].get<double>();
+  const double M1 = 16.0425;
+  const double M2 = 142.282;
+  std::ostringstream feed;
+  feed.precision(9);
+  feed << 0.7 * M1 << "," << 0.3 * M2;
+  const json mass = flash_json("methane,n-decane", feed.str(), "25C", "50bar", {"--basis", "mass"});
+  EXPECT_NEAR(mass["vapour_fraction"].get<double>(), moles["vapour_fraction"].get<double>(), 2e-5);
+  EXPECT_NEAR(mass["phases"]["vapour"]["flow"].get<double>() / vapour_mass, 1, 1e-3);
+  EXPECT_NEAR(mass["phases"]["vapour"]["properties"]["density_kg_m3"].get<double>(),
+              moles["phases"]["vapour"]["properties"]["density_kg_m3"].get<double>(), 1e-2);
+  EXPECT_EQ(mass["basis"], "mass");
+  const json& x = mass["phases"]["liquid"]["composition"];
+  EXPECT_NEAR(x[0].get<double>() + x[1].get<double>(), 1, 1e-5);
+}
+
+TEST(CliProgram, OnePhaseLeavesTheOtherNull) {
+  const json gas = flash_json("methane,ethane", "0.9,0.1", "25C", "1atm");
+  EXPECT_EQ(gas["vapour_fraction"], 1.0);
+  EXPECT_TRUE(gas["phases"]["liquid"].is_null());
+  EXPECT_NEAR(gas["phases"]["vapour"]["properties"]["density_kg_m3"].get<double>(), 0.715, 0.005);
+  const json liquid = flash_json("n-decane,n-octane", "0.5,0.5", "25C", "5bar");
+  EXPECT_EQ(liquid["vapour_fraction"], 0.0);
+  EXPECT_TRUE(liquid["phases"]["vapour"].is_null());
+  EXPECT_FALSE(liquid["phases"]["liquid"].is_null());
+}
+
+TEST(CliProgram, FailedFlashExitsWithOneAndTheMessageOfTheLibrary) {
+  const std::string message = "Temperature not between 0 and 1773 K, no calculation (TALIX)";
+  const Output table = flash("methane,ethane", "0.5,0.5", "2000C", "50bar");
+  EXPECT_EQ(table.code, kExitFlashFailed);
+  EXPECT_TRUE(holds(table.err, message)) << table.err;
+  EXPECT_EQ(table.out, "");
+  const Output csv = flash("methane,ethane", "0.5,0.5", "-300C", "50bar", {"--format", "csv"});
+  EXPECT_EQ(csv.code, kExitFlashFailed);
+  EXPECT_EQ(csv.out, "");
+  const Output as_json = flash("methane,ethane", "0.5,0.5", "2000C", "50bar", {"--format", "json"});
+  EXPECT_EQ(as_json.code, kExitFlashFailed);
+  EXPECT_TRUE(holds(as_json.err, message));
+  const json report = json::parse(as_json.out);
+  EXPECT_EQ(report["message"], message);
+  EXPECT_TRUE(report["phases"]["vapour"].is_null() && report["phases"]["liquid"].is_null());
+}
+
+TEST(CliProgram, LimitsOfTheLibraryAreReportedInItsWords) {
+  const auto message = [](const Output& output) {
+    EXPECT_EQ(output.code, kExitFlashFailed);
+    return output.err;
+  };
+  EXPECT_TRUE(
+      holds(message(flash("methane", "0", "25C", "50bar")), "No feed specified, no calculation (TALIX)"));
+  EXPECT_TRUE(holds(message(flash("methane", "1", "25C", "901bar")), "Pressure not between 0 and  900 bar"));
+  EXPECT_TRUE(holds(message(flash("methane", "1", "25C", "-1bar")), "Pressure not between 0 and  900 bar"));
+  EXPECT_NE(message(flash("methane", "1", "25C", "0bar")), "");
+}
+
+TEST(CliProgram, EarlierFlashesDoNotChangeAResult) {
+  const std::vector<std::string> format = {"--format", "csv"};
+  const std::string first = flash("methane,ethane,n-decane", "0.8,0.15,0.05", "25C", "50bar", format).out;
+  EXPECT_NE(first, "");
+  (void)flash("nitrogen,n-hexane", "0.5,0.5", "80C", "20bar", format);
+  (void)flash("methane", "1", "3000C", "20bar", format);
+  (void)flash("methane,ethane,n-decane", "0.1,0.15,0.75", "-20C", "10bar", format);
+  EXPECT_EQ(flash("methane,ethane,n-decane", "0.8,0.15,0.05", "25C", "50bar", format).out, first);
+}
+
+TEST(CliProgram, ComponentTwiceCountsTwiceWithANote) {
+  const Output output =
+      flash("methane,methane,n-decane", "0.4,0.4,0.2", "25C", "50bar", {"--format", "json"});
+  EXPECT_EQ(output.code, kExitOk) << output.err;
+  EXPECT_TRUE(holds(output.err, "note: methane is listed more than once"));
+  const json report = json::parse(output.out);
+  const json& x = report["phases"]["liquid"]["composition"];
+  EXPECT_NEAR(x[0].get<double>(), x[1].get<double>(), 1e-6);
+}
+
+TEST(CliProgram, ComponentsAreFoundAndListed) {
+  const Output all = talix({"components", "--format", "json"});
+  ASSERT_EQ(all.code, kExitOk) << all.err;
+  EXPECT_GE(json::parse(all.out).size(), 60U);
+  const json methane = json::parse(talix({"components", "methane", "--format", "json"}).out);
+  EXPECT_EQ(methane[0]["number"], 20);
+  EXPECT_NEAR(methane[0]["tc_K"].get<double>(), 190.564, 1e-3);
+  EXPECT_NEAR(methane[0]["pc_bar"].get<double>(), 45.992, 1e-3);
+  const Output none = talix({"components", "methanee", "--format", "json"});
+  EXPECT_EQ(none.code, kExitOk);
+  EXPECT_EQ(none.out, "[]\n");
+  EXPECT_TRUE(holds(none.err, "nearest: methane")) << none.err;
+  EXPECT_TRUE(holds(talix({"components", "marsh", "gas"}).out, "74-82-8"));
+}
+
+TEST(CliInstall, TheOptionComesBeforeTheVariableAndThatBeforeThePlaceOfTheProgram) {
+  const test::ScratchDirectory scratch;
+  const auto missed = [](const InstallChoice& choice) -> std::string {
+    try {
+      (void)find_install(choice);
+    } catch (const UsageError& error) {
+      return error.what();
+    }
+    return "";
+  };
+  InstallChoice choice;
+  choice.beside = scratch.path() / "beside";
+  EXPECT_TRUE(holds(missed(choice), (scratch.path() / "beside/Zandor/purezan.out").string() +
+                                        " (install directory beside the program)"));
+  choice.home = (scratch.path() / "home").string();
+  EXPECT_TRUE(
+      holds(missed(choice), "home/Zandor/purezan.out (install directory given by the variable TALIX_HOME)"));
+  choice.option = (scratch.path() / "option").string();
+  EXPECT_TRUE(holds(missed(choice), "option/Zandor/purezan.out (install directory given with --install)"));
+  EXPECT_TRUE(holds(missed(choice), "./dev build"));
+  choice.option = test::install_directory();
+  EXPECT_EQ(find_install(choice), test::install_directory());
+  choice.option = std::string(300, 'x');
+  EXPECT_TRUE(holds(missed(choice), "the library takes at most"));
+}
+
+TEST(CliInstall, TheVariableIsReadUnlessItIsEmpty) {
+  const Variable set("TALIX_HOME", "/some/where");
+  EXPECT_EQ(install_choice("").home, "/some/where");
+  EXPECT_FALSE(install_choice("").option.has_value());
+  EXPECT_EQ(install_choice("here").option, "here");
+  const Variable empty("TALIX_HOME", "");
+  EXPECT_FALSE(install_choice("").home.has_value());
+}
+
+TEST(CliInstall, AMissingBankExitsWithTwo) {
+  const test::ScratchDirectory scratch;
+  std::ostringstream out;
+  std::ostringstream err;
+  EXPECT_EQ(run({"components", "--install", scratch.path().string()}, out, err), kExitUsage);
+  EXPECT_TRUE(holds(err.str(), "no data bank: looked for " + scratch.path().string()));
+}
+
+const std::string kBinaries = TALIX_TEST_BINARIES;
+const std::string kFlash =
+    " flash --comp methane,ethane,n-decane --feed 0.8,0.15,0.05 -T -25C -P 50bar --format json";
+
+TEST(CliBinary, PrintsWhatTheFunctionsGive) {
+  const Output inside =
+      flash("methane,ethane,n-decane", "0.8,0.15,0.05", "-25C", "50bar", {"--format", "json"});
+  const test::ProcessResult outside =
+      test::run_process("env -u TALIX_HOME " + test::quoted(kBinaries + "/talix") + kFlash);
+  EXPECT_EQ(outside.code, kExitOk);
+  EXPECT_EQ(outside.output, inside.out);
+}
+
+TEST(CliBinary, ExitCodesReachTheShell) {
+  const std::string program = "env -u TALIX_HOME " + test::quoted(kBinaries + "/talix");
+  EXPECT_EQ(test::run_process(program + " --version").code, 0);
+  EXPECT_EQ(test::run_process(program + " flash --comp methane --feed 1 -T 3000 -P 1 2>&1").code, 1);
+  EXPECT_EQ(test::run_process(program + " flash --comp nothing --feed 1 -T 25 -P 1 2>&1").code, 2);
+  EXPECT_EQ(
+      test::run_process("TALIX_HOME=/nowhere " + test::quoted(kBinaries + "/talix") + " components 2>&1")
+          .code,
+      2);
+}
+
+TEST(CliBinary, FullDeviceIsAnError) {
+  if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no /dev/full on this system";
+  const std::string program = "env -u TALIX_HOME " + test::quoted(kBinaries + "/talix");
+  EXPECT_EQ(test::run_process(program + " components 2>&1 > /dev/full").code, kExitUsage);
+}
+
+TEST(CliBinary, ATreeThatWasMovedStillRuns) {
+  const test::ScratchDirectory scratch;
+  const std::filesystem::path moved = scratch.path() / "d\xC3\xA9plac\xC3\xA9 tree";
+  const std::filesystem::path build = std::filesystem::path(kBinaries).parent_path();
+  std::filesystem::create_directories(moved / "bin");
+  std::filesystem::create_directories(moved / "lib");
+  std::filesystem::create_directories(moved / "share");
+  std::filesystem::copy(build / "bin" / "talix", moved / "bin" / "talix");
+  std::filesystem::copy(build / "lib" / "libtalix.so", moved / "lib" / "libtalix.so");
+  std::filesystem::copy(build / "share" / "talix", moved / "share" / "talix",
+                        std::filesystem::copy_options::recursive);
+  const std::string here =
+      test::run_process("env -u TALIX_HOME " + test::quoted(kBinaries + "/talix") + kFlash).output;
+  const test::ProcessResult there = test::run_process(
+      "cd / && env -u TALIX_HOME " + test::quoted((moved / "bin" / "talix").string()) + kFlash);
+  EXPECT_EQ(there.code, kExitOk);
+  EXPECT_EQ(there.output, here);
+}
+
+}  // namespace
+}  // namespace talix::cli
