@@ -5,15 +5,14 @@
  *   Every argument is a pointer, but for the length of a text, which is passed by value directly behind its
  *   text. Integers have 32 bits, reals are 32-bit floats. Tables are stored with the first index fastest and
  *   are counted from 1 in this description: row r, column c of SCAL is SCAL[(r - 1) + 52 * (c - 1)], of
- * TPROPS it is TPROPS[(r - 1) + 15 * (c - 1)]. Texts are blank-padded, not zero-terminated. A Fortran program
- * binds the calls with bind(C, name="TALIX") and takes the lengths as value arguments.
+ *   TPROPS it is TPROPS[(r - 1) + 15 * (c - 1)]. Texts are blank-padded, not zero-terminated. A Fortran program
+ *   binds the calls with bind(C, name="TALIX") and takes the lengths as value arguments.
  *
  *   The library keeps its state between calls, is not reentrant and starts no thread: calls must not overlap.
  *   No C++ exception leaves a call. A call with a null pointer changes nothing.
  *
  * Order of use
- *   1. SETTALIXINSTALL once (data directory), SETTALIXUSAGE if message lines are not wanted on standard
- * error.
+ *   1. SETTALIXINSTALL once (data directory), SETTALIXUSAGE if message lines are not wanted on standard error.
  *   2. TALIX once for each state. The first call, and each call with another component list, loads the
  *      component data; all other calls use what is loaded.
  */
@@ -51,20 +50,25 @@ extern "C" {
  *   NC      in       number of components, 0 to 50
  *   T       in, out  temperature [degrees Celsius], at most 1500
  *   P       in, out  pressure [bar], 0 to 900
- *   FRV     in, out  vapour fraction [mol/mol], 0 to 1. For an isothermal flash it is the start value; pass
- * 1, since a mixture whose phases are alike gets the fraction that it came with UNIT    in, out  basis of
- * flows, one character: 'W' mass [kg, g/g], 'M' moles [kmol, mol/mol]. 'w' and 'm' are accepted and
- * overwritten by the capital. Any other letter: feed in moles, results in mass. On the mass basis g/mol turn
- * kg into kmol UNIT_LENGTH      length of UNIT; not read IFLASH  in       5   isothermal flash at T and P 33
- * no flash: properties of the feed, as vapour in column 1 and as liquid in column 2 1-4, 6-10  not available
- * in this version; the call says so in STR other codes  no flash: the results are assembled from the flows of
- * the call before SCAL    in, out  52 rows by 8 columns, see below TPROPS  out      15 rows by 3 columns, see
- * below STR     out      message. Blank: the results stand. First character a full stop: a warning, the
- * results stand. Anything else: a failure; SCAL, TPROPS, T, P, FRV keep what they held STR_LENGTH characters
- * of STR, at least 5; 120 hold every message. A longer message is cut
+ *   FRV     in, out  vapour fraction [mol/mol], 0 to 1. For an isothermal flash it is the start value; pass 1,
+ *                    since a mixture whose phases are alike gets back the fraction that it came with
+ *   UNIT    in, out  basis of flows, one character: 'W' mass [kg, g/g], 'M' moles [kmol, mol/mol]. 'w' and 'm'
+ *                    are accepted and overwritten by the capital. Any other letter: feed in moles, results in
+ *                    mass. On the mass basis the molar masses turn kg into kmol
+ *   UNIT_LENGTH      length of UNIT; not read
+ *   IFLASH  in       5            isothermal flash at T and P
+ *                    33           no flash: properties of the feed, as vapour in column 1 and as liquid in
+ *                                 column 2
+ *                    1-4, 6-10    not available in this version; the call says so in STR
+ *                    other codes  no flash: the results are assembled from the flows of the call before
+ *   SCAL    in, out  52 rows by 8 columns, see below
+ *   TPROPS  out      15 rows by 3 columns, see below
+ *   STR     out      message. Blank: the results stand. First character a full stop: a warning, the results
+ *                    stand. Anything else: a failure; SCAL, TPROPS, T, P, FRV keep what they held
+ *   STR_LENGTH       characters of STR, at least 5; 120 hold every message. A longer message is cut
  *
- *   SCAL, with one row for each component in rows 1 to NC, totals in row NC+1, enthalpies in row NC+2. Flows
- * and fractions are on the basis UNIT.
+ *   SCAL, with one row for each component in rows 1 to NC, totals in row NC+1, enthalpies in row NC+2. Flows and
+ *   fractions are on the basis UNIT.
  *
  *     column  rows 1..NC                      row NC+1                     row NC+2
  *     1       in: component number            -                            -
@@ -76,8 +80,8 @@ extern "C" {
  *     7       liquid composition              liquid fraction              -
  *     8       second-liquid composition       second-liquid fraction       -
  *
- *   Enthalpies are mole flow times J/mol divided by 1000: with kmol they are MJ. SCAL row NC+2, column 2 is
- * set to 0 on entry. Component numbers are 2 to 1246 (GETTALIXPROPS lists them); they are cut to integers.
+ *   Enthalpies are mole flow times J/mol divided by 1000: with kmol they are MJ. SCAL row NC+2, column 2 is set
+ *   to 0 on entry. Component numbers are 2 to 1246 (GETTALIXPROPS lists them); they are cut to integers.
  *
  *   TPROPS, column 1 vapour, 2 liquid, 3 second liquid; a phase that is absent has zeros. All rows are per
  * mole or per gram as their unit says, whatever the basis of the flows.
@@ -99,9 +103,9 @@ extern "C" {
  *     14   thermal conductivity                  W/(m K) (0: not calculated)
  *     15   surface tension                       mN/m    (0: not calculated)
  *
- *   Enthalpies and entropies of the ideal gas are 0 at 273.15 K, entropies also at the reference pressure of
- * the engine. A one-phase mixture far from its phase boundary is reported in the column of the phase that the
- *   equation of state identifies; above the pseudo-critical region that is the vapour column.
+ *   Enthalpies and entropies of the ideal gas are 0 at 273.15 K, entropies at 1 bar. A one-phase mixture far
+ *   from its phase boundary is reported in the column of the phase that the equation of state identifies; above
+ *   the pseudo-critical temperature that is the vapour column.
  *
  *   A component list whose load failed is not tried again: every call with it ends with the reason in STR,
  * until the list changes or SETTALIXINSTALL is called.
@@ -119,6 +123,8 @@ extern "C" {
  *     " Feed too small to form a phase, no calculation (TALIX)"  2.1E-8 mol or less
  *     " Component list not loaded, component number n not between 2 and 1246, no calculation (TALIX)"
  *     " Component list not loaded, no component has the number n, no calculation (TALIX)"
+ *     " Component list not loaded, record n not readable, no calculation (TALIX)"
+ *         the component file ends before the record of component n
  *     " Component list not loaded, data file not found or not readable, no calculation (TALIX)"
  *     " Component list not loaded, engine start failed at stage n, no calculation (TALIX)"
  *         stage 1 component list, 2 model, 3 databases, 4 reference temperature

@@ -158,8 +158,7 @@ void write_properties(PropertyTable& TPROPS, const Columns& columns) {
 // Out      T, P, FRV, SCAL, TPROPS, STR as at the entry call
 // Shared   reads fl.FV, FL, FLS; sets fl.Y, X1, X2, FTV, FTL, FTLS, FRV, ZV, ZL, ZL2, SF
 // Reports  " Unable to find accurate specific heat, no calculation (TALIX)", not echoed and not counted, when
-// the
-//          vapour's heat capacity at constant volume is negative; the tables stay as written
+//          the vapour's heat capacity at constant volume is negative; the tables stay as written
 void assemble_results(char UNIT, R4& T, R4& P, R4& FRV, ScalTable& SCAL, PropertyTable& TPROPS,
                       Message& STR) {
   form_totals_and_fractions();

@@ -144,6 +144,11 @@ bool check_load(Message& STR) {
           text, kRoom, " Component list not loaded, no component has the number %d, no calculation (TALIX)",
           fl.LOAD_DETAIL);
       break;
+    case load_result::unreadable:
+      length = std::snprintf(text, kRoom,
+                             " Component list not loaded, record %d not readable, no calculation (TALIX)",
+                             fl.LOAD_DETAIL);
+      break;
     case load_result::engine:
       length = std::snprintf(
           text, kRoom, " Component list not loaded, engine start failed at stage %d, no calculation (TALIX)",
@@ -223,8 +228,8 @@ bool calculate(I4 NC, R4 T, R4 P, R4 FRV, char& UNIT, I4 IFLASH, ScalTable& SCAL
 // Status   STR: blank, a warning that begins with a full stop, or a failure without results
 // Reports  the messages below, each echoed; cells 2 to 6 of TALIX
 // Oddity   W decides the basis of the feed and M that of the results: a third letter means a feed in moles
-// and
-//          results in mass. The temperature failure counts only when messages go to the hook. A failed load
+//          and results in mass. The temperature failure counts only when messages go to the hook. A failed
+//          load
 //          is not tried again with the same list; the call then ends with a text.
 void TALIX(I4* NC, R4* T, R4* P, R4* FRV, char* UNIT, I4 /*UNIT_LENGTH*/, I4* IFLASH, ScalTable* SCAL,
            PropertyTable* TPROPS, char* STR, I4 STR_LENGTH) {

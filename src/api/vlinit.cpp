@@ -3,7 +3,6 @@
 #include <cstdio>
 
 #include "api/component_file.h"
-#include "base/stop_handler.h"
 #include "fastprops/flash_record.h"
 #include "fastprops/morvei.h"
 
@@ -63,13 +62,6 @@ void fail(I4 how, I4 detail, I4 code, I4& IFAIL) {
   IFAIL = code;
 }
 
-void stop_unreadable(I4 number) {
-  char text[80];
-  const int length =
-      std::snprintf(text, sizeof text, "Record %d of purezan.out cannot be read (VLINIT)", number);
-  stop({text, static_cast<std::size_t>(length)});
-}
-
 // Constants of all positions; false with IFAIL at the first that has none.
 bool read_constants(const I4& NC, const Vec<I4, kMaxComponents>& ISTD, I4& IFAIL) {
   ComponentFile file;
@@ -86,7 +78,6 @@ bool read_constants(const I4& NC, const Vec<I4, kMaxComponents>& ISTD, I4& IFAIL
     ComponentFileRecord record;
     if (!file.read(number, record)) {
       fail(load_result::unreadable, number, kNotReadable, IFAIL);
-      stop_unreadable(number);
       return false;
     }
     take_record(record, K);
@@ -105,13 +96,10 @@ bool read_constants(const I4& NC, const Vec<I4, kMaxComponents>& ISTD, I4& IFAIL
 // In       NC     I4      number of components
 //          ISTD   I4(50)  component numbers, 2 to 1246
 // Out      IFAIL  I4      0 complete; 1 file not opened or not readable, or SHINI0 failed; 2 number out of
-// range
-//                         or without a component, or SHMLD0 failed; 3 SHDBS0, 4 SURMD0 failed
+//                         range or without a component, or SHMLD0 failed; 3 SHDBS0, 4 SURMD0 failed
 // Shared   reads fl.INSTALL, fl.RGAS; sets the component tables 1 to NC, fl.LOAD, fl.LOAD_DETAIL
-// Reports  a record that cannot be read stops with "Record n of purezan.out cannot be read (VLINIT)"
 // Oddity   positions before a bad number keep what was read; ZC is ten times the compressibility factor,
-// since
-//          the pressure is in bar
+//          since the pressure is in bar
 void VLINIT(const I4& NC, const Vec<I4, kMaxComponents>& ISTD, I4& IFAIL) {
   fl.LOAD = load_result::none;
   fl.LOAD_DETAIL = 0;

@@ -181,8 +181,8 @@ I4 refuse_class(I4 MODTYP, I4& IPHRTN) {
 //          NFAIL   I4       status
 // Shared   reads models, comp.ISALT; writes resv
 // Status   ok; input (T, P, IHTYPE, a slot that holds no model or a class without a calculation); failed
-// (nothing
-//          asked for); no_root (no root of the Gibbs type); not_available (class without data); as SES000
+//          (nothing asked for); no_root (no root of the Gibbs type); not_available (class without data); as
+//          SES000
 // Reports  "Pressure or temperature too low (input)", "All calculation property flags were .FALSE. (input)",
 //          "Impossible value of IHTYPE for thermophysical properties", "Equation of state calculation
 //          failed", "Could not find e.o.s. root of requested Gibbs type", "Requested model not available",

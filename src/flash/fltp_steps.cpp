@@ -94,7 +94,7 @@ void scale_to_floor(FlashVec& flow, R4 total) {
 //
 // In, out  s  FLA, FLB start and solution; KVL steps taken, above 50 without convergence
 // Shared   sets fl.KFLAT when the equations have no slope; the split is then that of the vapour fraction at
-// entry
+//          entry
 void solve_split(FltpState& s) {
   s.KVL = 0;
   s.KNOWN = true;
@@ -119,7 +119,7 @@ void solve_split(FltpState& s) {
 // a set of rules beyond.
 //
 // Oddity   FLAMIN starts at 2 and FLAMAX at -1; where passes 71 to 79 have not set them they stand as they
-// are
+//          are
 void damp_split(FltpState& s) {
   if (s.LOOP < 80 && s.LOOP % 10 != 0) return;
   if (s.key) s.FLB = (s.FTLSP / s.FT + s.FLB) / 2.0F;

@@ -159,18 +159,16 @@ TEST_F(Vlinit, DirectoryWithForeignLettersWorks) {
   EXPECT_EQ(load({20}), 0);
 }
 
-std::string stopped_with;
-
-TEST_F(Vlinit, RecordThatCannotBeReadStops) {
+TEST_F(Vlinit, RecordThatCannotBeReadIsRefusedByNumber) {
   write_numbered_file(scratch.path(), 4, 600);
   test::install_from(scratch.path().string());
-  stopped_with.clear();
-  set_stop_handler([](std::string_view text) { stopped_with = text; });
   EXPECT_EQ(load({4}), 1);
-  EXPECT_EQ(stopped_with, "Record 4 of purezan.out cannot be read (VLINIT)");
   EXPECT_EQ(fl.LOAD, load_result::unreadable);
   EXPECT_EQ(load({30}), 1);
-  EXPECT_EQ(stopped_with, "Record 30 of purezan.out cannot be read (VLINIT)");
+  test::FlashCase c;
+  c.numbers = {30};
+  c.feed = {1.0F};
+  EXPECT_EQ(c.run(), " Component list not loaded, record 30 not readable, no calculation (TALIX)");
 }
 
 TEST_F(Vlinit, NumberWithoutAComponentIsRefused) {

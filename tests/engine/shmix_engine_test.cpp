@@ -52,7 +52,7 @@ Phase phase_at(R8 T, R8 P, const Phase& like) {
 }
 
 // Two ideal gases of constant heat capacity.
-class IdealGasTest : public ::testing::Test {
+class DriverIdealGas : public ::testing::Test {
  protected:
   void SetUp() override {
     reset_engine();
@@ -79,7 +79,7 @@ class IdealGasTest : public ::testing::Test {
   Phase gas;
 };
 
-TEST_F(IdealGasTest, HasUnitCompressibilityAndFugacity) {
+TEST_F(DriverIdealGas, HasUnitCompressibilityAndFugacity) {
   gas.run();
   ASSERT_EQ(gas.NFAIL, status::ok);
   EXPECT_DOUBLE_EQ(gas.ZFUG, 1.0);
@@ -88,7 +88,7 @@ TEST_F(IdealGasTest, HasUnitCompressibilityAndFugacity) {
   EXPECT_NEAR(gas.FUG(2), 0.0, 1e-14);
 }
 
-TEST_F(IdealGasTest, CannotBeToldApartAndTakesThePhaseAskedFor) {
+TEST_F(DriverIdealGas, CannotBeToldApartAndTakesThePhaseAskedFor) {
   gas.run();
   EXPECT_EQ(gas.IPHRTN, phase::vapour);
   EXPECT_TRUE(gas.AMBIG);
@@ -98,7 +98,7 @@ TEST_F(IdealGasTest, CannotBeToldApartAndTakesThePhaseAskedFor) {
   EXPECT_TRUE(gas.AMBIG);
 }
 
-TEST_F(IdealGasTest, EnthalpyCountsFromTheDatum) {
+TEST_F(DriverIdealGas, EnthalpyCountsFromTheDatum) {
   gas.T = 273.15;
   gas.run();
   EXPECT_NEAR(gas.H, 0.0, 1e-12);
@@ -107,7 +107,7 @@ TEST_F(IdealGasTest, EnthalpyCountsFromTheDatum) {
   EXPECT_NEAR(gas.H * kGasConstant * 373.15, 35.0 * 100.0, 1e-8);
 }
 
-TEST_F(IdealGasTest, ReservedResultsAreThoseOfTheIdealGas) {
+TEST_F(DriverIdealGas, ReservedResultsAreThoseOfTheIdealGas) {
   const I4 codes[] = {reserved::thermal_expansion, reserved::isothermal_compressibility,
                       reserved::heat_capacity_p,   reserved::heat_capacity_v,
                       reserved::joule_thomson,     reserved::speed_of_sound};

@@ -374,6 +374,66 @@ TEST_F(Dispatcher, ThermalRequestNeedsNoRoomForFugacities) {
   EXPECT_EQ(other.HNR(2), partial);
 }
 
+// An ideal gas with the translation c_i = k_i T of its components, c over R in K/Pa.
+class TranslatedIdealGas : public Dispatcher {
+ protected:
+  void SetUp() override {
+    Dispatcher::SetUp();
+    models.MODPUR(kIdealGas) = pure::soave;
+    a.MODEL = kIdealGas;
+    call.want_all();
+    a.IHTYPE = thermal::residual;
+    set_translation(320.0);
+  }
+  void set_translation(R8 T) {
+    for (int i = 1; i <= 3; ++i) {
+      pures.CRK(i) = 1E-9 * i * T;
+      pures.D1CDT(i) = 1E-9 * i * T;
+      pures.D2CDT(i) = 0.0;
+    }
+  }
+};
+
+TEST_F(TranslatedIdealGas, ResultsCarryTheTranslationAndTheVolumeDoesNot) {
+  call.run();
+  ASSERT_EQ(a.ICODE, status::ok);
+  const R8 mean = 0.7 * 1 + 0.2 * 2 + 0.1 * 3;
+  const R8 VSC = 1E-9 * mean * a.P;  // c P/(R T); T dc/dT is c itself
+  EXPECT_NEAR(a.Z, 1.0 + VSC, 1E-15);
+  EXPECT_NEAR(a.V, kGasConstant * a.T / a.P, 1E-18);
+  EXPECT_NEAR(a.ZT, 0.0, 1E-17);
+  EXPECT_NEAR(a.ZP, VSC, 1E-15);
+  EXPECT_NEAR(a.H, 0.0, 1E-15);
+  EXPECT_NEAR(a.S, -VSC, 1E-15);
+  EXPECT_NEAR(a.SP, -VSC, 1E-15);
+  EXPECT_NEAR(a.BETA, 1.0 / a.T, 1E-15);
+  EXPECT_NEAR(a.KAPT * a.P, 1.0 / (1.0 + VSC), 1E-15);
+  for (int i = 1; i <= 3; ++i) {
+    EXPECT_NEAR(call.FUG(i), 1E-9 * i * a.P, 1E-15);
+    EXPECT_NEAR(call.FUGPL(i), 1E-9 * i * a.P, 1E-15);
+    EXPECT_NEAR(call.FUGTL(i), 0.0, 1E-15);
+    EXPECT_NEAR(call.ZN(i), 1E-9 * (i - mean) * a.P, 1E-15);
+  }
+}
+
+TEST_F(TranslatedIdealGas, TranslationConstantInTemperatureLowersZWithTemperature) {
+  for (int i = 1; i <= 3; ++i) pures.D1CDT(i) = 0.0;
+  call.run();
+  const R8 VSC = a.Z - 1.0;
+  EXPECT_GT(VSC, 1E-4);
+  EXPECT_NEAR(a.ZT, -VSC, 1E-15);
+  EXPECT_NEAR(a.H, VSC, 1E-15);
+  EXPECT_NEAR(a.S, 0.0, 1E-15);
+  EXPECT_NEAR(a.HP, VSC, 1E-15);
+}
+
+TEST_F(TranslatedIdealGas, WithoutAVolumeRequestZCarriesNoTranslation) {
+  a.LVOL = false;
+  call.run();
+  EXPECT_EQ(a.Z, 1.0);
+  EXPECT_GT(call.FUG(1), 0.0);
+}
+
 TEST_F(Dispatcher, ConstantsOfTheSlotAreCopied) {
   models.M4PAR(kNegativeC) = 0.25;
   a.MODEL = kNegativeC;

@@ -3,10 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "bank/fit.h"
 #include "bank/fit_csv.h"
@@ -37,7 +38,8 @@ class FitTables : public ::testing::Test {
       Fitted f{*at, {}};
       f.curves.kind = quantum_of(at->code.c_str());
       for (int k = 1; k <= 15; ++k)
-        f.curves.p.at(static_cast<std::size_t>(k - 1)) = rows.number(row, "p" + std::to_string(k), NAN);
+        f.curves.p.at(static_cast<std::size_t>(k - 1)) =
+            rows.number(row, "p" + std::to_string(k), std::nan(""));
       f.curves.prepare();
       fits.push_back(f);
     }
@@ -48,7 +50,7 @@ class FitTables : public ::testing::Test {
   std::vector<Fitted> fits;
 };
 
-TEST_F(FitTables, CurvesStayPositiveAndFallingFromAFifthOfTheCriticalTemperatureTo1500K) {
+TEST_F(FitTables, CurvesStayPositiveTo1500KAndAFallsUntilItNearlyVanishes) {
   for (const Fitted& f : fits) {
     double last = 1e9;
     for (double u = 0.2; u < std::max(3.0, 1500.0 / f.component.tc); u *= 1.01) {
@@ -56,7 +58,9 @@ TEST_F(FitTables, CurvesStayPositiveAndFallingFromAFifthOfTheCriticalTemperature
       EXPECT_GT(ab.B, 0.04) << f.component.name << " at " << u;
       EXPECT_LT(ab.B, 0.20) << f.component.name << " at " << u;
       EXPECT_GT(ab.A, 0.001) << f.component.name << " at " << u;
-      EXPECT_LE(ab.A, last * (1.0 + 1e-6)) << f.component.name << " at " << u;
+      if (last > 0.01) {
+        EXPECT_LE(ab.A, last * (1.0 + 1e-6)) << f.component.name << " at " << u;
+      }
       last = ab.A;
     }
   }
@@ -74,8 +78,9 @@ TEST_F(FitTables, RationalCurveHasNoPoleUpTo30TimesTheCriticalTemperature) {
 TEST_F(FitTables, ConstantsAreExactIn32Bits) {
   for (const Fitted& f : fits) {
     for (const double p : f.curves.p) {
-      const double stored = static_cast<double>(static_cast<float>(p));
-      EXPECT_NEAR(p, stored, 1e-9 * std::fabs(p)) << f.component.name;
+      std::array<char, 32> text{};
+      std::snprintf(text.data(), text.size(), "%.9g", static_cast<double>(static_cast<float>(p)));
+      EXPECT_EQ(std::strtod(text.data(), nullptr), p) << f.component.name;
     }
   }
 }
@@ -114,7 +119,7 @@ TEST_F(FitTables, HeatCapacitiesStaySaneOutsideTheirRange) {
   for (std::size_t row = 0; row < ideal.rows.size(); ++row) {
     std::array<double, 8> c{};
     for (int k = 1; k <= 8; ++k)
-      c.at(static_cast<std::size_t>(k - 1)) = ideal.number(row, "c" + std::to_string(k), NAN);
+      c.at(static_cast<std::size_t>(k - 1)) = ideal.number(row, "c" + std::to_string(k), std::nan(""));
     const double top = ideal_gas_cp(c, 1500.0);
     for (double T = 100.0; T <= 1700.0; T += 10.0) {
       const double cp = ideal_gas_cp(c, T);

@@ -1,0 +1,63 @@
+// Residuals of the curve fit: the free variables, what is asked of the curves, and with which weight.
+#pragma once
+
+#include "bank/fit_curves.h"
+
+namespace talix::bank {
+
+inline constexpr int NX = 15;
+using X = std::array<double, NX>;
+
+// The free variables of the fit. They are the constants in a form whose members act apart from each other:
+// values and slopes of the curves at the joins in place of the constant terms.
+enum Variable {
+  A_CRIT,
+  A_COLD,
+  A_HOT,
+  A_WIDTH,
+  A_BEND,
+  B_JOIN,
+  B_COLD,
+  B_HOT,
+  B_WIDTH,
+  B_BEND,
+  P11,
+  P12,
+  P13,
+  P14,
+  P15
+};
+
+// What one fit runs on.
+struct Problem {
+  const FitComponent* c = nullptr;
+  const Reference* ref = nullptr;
+  std::array<double, 8> cp_ig{};
+  Quantum kind = Quantum::none;
+  double guide_weight = 1.0;         // 1 where no measured-quality gas points exist
+  std::vector<PointSolution> point;  // a and b of each saturation point; A 0 where there is none
+  bool pointwise = false;            // first stage: residuals on the pointwise a and b
+};
+
+// b of the components with tabulated constants where their curve hands over; 0 for the others.
+double tabulated_join(Quantum k);
+// Level of b at the critical point.
+double tabulated_level(Quantum k);
+// The constants that belong to the variables, ready for use.
+Curves curves_of(const double* x, Quantum kind);
+// All weighted residuals at X; always as many for one problem.
+void all_residuals(const Problem& pb, const double* x, std::vector<double>& r);
+
+// Points of the gas region that count in fit and figures.
+inline bool counts(const FitComponent& c, const GasPoint& g) { return g.T > 1.02 * c.tc && g.rho > 0.0; }
+
+// What the tabulated derivatives add to the results that belong to the values.
+struct ZoneError {
+  double H;   // residual enthalpy over RT [-]
+  double CP;  // heat capacity over R [-]
+};
+
+// The error at reduced temperature U and pressure PR, on the stable root.
+ZoneError zone_error(const Curves& cv, double u, double pr);
+
+}  // namespace talix::bank
