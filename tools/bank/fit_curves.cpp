@@ -13,11 +13,7 @@ namespace {
 
 Curves rounded(const Curves& from) {
   Curves c = from;
-  for (double& v : c.p) {
-    // volatile: vectorised at -O3 this loop was seen to leave some of the values as they were
-    const volatile float stored = static_cast<float>(v);
-    v = static_cast<double>(stored);
-  }
+  for (double& v : c.p) v = static_cast<double>(static_cast<float>(v));
   c.prepare();
   return c;
 }

@@ -36,7 +36,7 @@ HeatCapacityFit fit_heat_capacity(const Reference& ref) {
   };
   std::vector<Row> rows;
   for (const CpPoint& p : ref.cp) {
-    rows.push_back({p.T, p.cp, 1.0});
+    rows.push_back({p.T, p.cp, p.weight});
   }
   for (double T = 50.0; T < f.tmin - 10.0; T += 25.0) {
     const double cp = std::max(ref.cp.front().cp * (1.0 - 0.5 * (f.tmin - T) / f.tmin), 2.5 * GAS_CONSTANT);

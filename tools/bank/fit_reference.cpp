@@ -200,35 +200,64 @@ void saturation_generalised(const FitComponent& c, Reference& ref) {
   ref.source = "Lee and Kesler 1975; Yamada and Gunn 1973";
 }
 
-// Ideal-gas heat capacity: the equation's own points inside, ranked relations where they end.
+bool covers(const Correlation& row, double T) { return T >= row.tmin && T <= row.tmax; }
+
+// The relation that reaches farthest between 100 and 1500 K, the better ranked one where they are close.
+const Correlation* widest_of(const std::vector<Correlation>& rows) {
+  const Correlation* widest = nullptr;
+  const auto span = [](const Correlation& r) { return std::fmin(r.tmax, 1500.0) - std::fmax(r.tmin, 100.0); };
+  for (const Correlation& r : rows) {
+    if (widest == nullptr || span(r) > 1.3 * span(*widest)) widest = &r;
+  }
+  return widest;
+}
+
+// The relation that the middle of the range rests on: the ideal-gas part of a reference equation of state, whose
+// vibration terms may be drawn on beyond its range, else the best ranked relation that holds at 298 K, else
+// the first.
+const Correlation* core_of(const std::vector<Correlation>& rows) {
+  for (const Correlation& r : rows)
+    if (r.equation == "CP0_PE") return &r;
+  for (const Correlation& r : rows)
+    if (covers(r, 298.15)) return &r;
+  return rows.empty() ? nullptr : &rows.front();
+}
+
+// Value at T beyond the range of CORE: drawn on where its form allows and the widest relation agrees, otherwise
+// from a relation that holds there, scaled to meet CORE at the end of its range.
+double beyond_core(const std::vector<Correlation>& rows, const Correlation& core, const Correlation& widest,
+                   double T) {
+  constexpr double kAgreement = 0.03;  // largest relative difference of two sources at high temperature
+  const double joint = T < core.tmin ? core.tmin : core.tmax;
+  if (core.equation == "CP0_PE") {
+    const double drawn_on = evaluate(core, T);
+    const double other = covers(widest, T) ? evaluate(widest, T) : drawn_on;
+    if (T < joint || std::fabs(drawn_on / other - 1.0) < kAgreement) return drawn_on;
+  }
+  const Correlation* other = covers(widest, T) ? &widest : nullptr;
+  const double value = other != nullptr ? evaluate(widest, T) : ranked_value(rows, T, &other);
+  if (other == nullptr) return std::nan("");
+  const double at_joint = evaluate(*other, joint);
+  return at_joint > 0.0 ? value * evaluate(core, joint) / at_joint : std::nan("");
+}
+
+// Ideal-gas heat capacity from where a fluid is liquid up to 1500 K. Temperatures in use count full.
 void ideal_gas(const ReferenceTables& t, const FitComponent& c, Reference& ref) {
   const auto& rows = rows_of(t, c.cas, "cp_ig");
-  const Correlation* widest = nullptr;
-  for (const Correlation& r : rows) {
-    const double span = std::fmin(r.tmax, 1500.0) - std::fmax(r.tmin, 100.0);
-    if (widest == nullptr ||
-        span > 1.3 * (std::fmin(widest->tmax, 1500.0) - std::fmax(widest->tmin, 100.0))) {
-      widest = &r;
-    }
-  }
-  if (widest != nullptr) {
-    ref.cp_source = widest->source;
-    const double lo = std::fmax(100.0, widest->tmin), hi = std::fmin(1500.0, widest->tmax);
-    // Where its range ends, another relation carries on, scaled to meet it there.
-    for (int k = 0; k <= 70; ++k) {
-      const double T = 100.0 + 20.0 * k;
-      double v = std::nan("");
-      if (T >= lo && T <= hi) {
-        v = evaluate(*widest, T);
-      } else {
-        const double joint = T < lo ? lo : hi;
-        const Correlation* other = nullptr;
-        const double beyond = ranked_value(rows, T, &other);
-        if (other != nullptr) v = beyond * evaluate(*widest, joint) / evaluate(*other, joint);
-      }
-      if (v > 0.0) {
-        ref.cp.push_back({T, v});
-      }
+  const Correlation* core = core_of(rows);
+  const Correlation* widest = widest_of(rows);
+  if (core != nullptr && widest != nullptr) {
+    ref.cp_source = core->source;
+    constexpr int kLowPoints = 10;
+    constexpr double kKnee = 200.0, kStep = 20.0, kTop = 1500.0;
+    const double bottom = std::fmin(100.0, std::fmax(20.0, 0.45 * c.tc));
+    std::vector<double> grid;
+    for (int k = 0; k < kLowPoints; ++k) grid.push_back(bottom + (kKnee - bottom) * k / kLowPoints);
+    for (double T = kKnee; T <= kTop; T += kStep) grid.push_back(T);
+    for (const double T : grid) {
+      const double v = covers(*core, T) ? evaluate(*core, T) : beyond_core(rows, *core, *widest, T);
+      const double weight = T >= 180.0 && T <= 800.0 ? 1.0 : 0.25;
+      if (v > 0.0) ref.cp.push_back({T, v, weight});
     }
   }
   const auto it = t.point_cp.find(c.cas);
@@ -308,7 +337,7 @@ bool read_reference(const std::string& data_dir, ReferenceTables& tables, std::s
     const double T = t.number(i, "T_K", 0.0);
     tables.points[cas].push_back({T, t.number(i, "psat_Pa", 0.0), t.number(i, "rho_liq_sat_mol_m3", 0.0),
                                   t.number(i, "rho_vap_sat_mol_m3", 0.0), t.number(i, "hvap_J_mol", 0.0)});
-    tables.point_cp[cas].push_back({T, t.number(i, "cp_ig_J_mol_K", 0.0)});
+    tables.point_cp[cas].push_back({T, t.number(i, "cp_ig_J_mol_K", 0.0), 1.0});
     tables.point_source[cas] = t.text(i, "source");
   }
   if (!load("supercritical_points.csv")) {

@@ -44,8 +44,9 @@ struct GasPoint {
 
 // Ideal-gas heat capacity at one temperature.
 struct CpPoint {
-  double T;   // [K]
-  double cp;  // [J/(mol K)]
+  double T;       // [K]
+  double cp;      // [J/(mol K)]
+  double weight;  // in the fit [-]
 };
 
 // All that is known of one component.
