@@ -63,7 +63,7 @@ TEST(WagnerFit, TakesBackItsOwnCoefficients) {
 
 TEST(HeatCapacityFit, MonatomicGasStaysConstantFarOutside) {
   Reference ref;
-  for (double T = 150.0; T <= 1500.0; T += 25.0) ref.cp.push_back({T, 2.5 * GAS_CONSTANT});
+  for (double T = 150.0; T <= 1500.0; T += 25.0) ref.cp.push_back({T, 2.5 * GAS_CONSTANT, 1.0});
   const HeatCapacityFit fit = fit_heat_capacity(ref);
   EXPECT_LT(fit.deviation.worst, 0.01);
   for (const double T : {60.0, 100.0, 1700.0}) EXPECT_NEAR(ideal_gas_cp(fit.c, T), 2.5 * GAS_CONSTANT, 0.01);

@@ -54,13 +54,19 @@ std::vector<std::string> commands() {
 // The command with the directory of this build in place of the one that README names.
 std::string in_this_build(const std::string& command) {
   const std::string build = std::filesystem::path(TALIX_TEST_BINARIES).parent_path().string();
-  std::string text = command;
-  for (const std::string named : {"$PWD/build/release", "build/release"}) {
-    for (std::size_t at = text.find(named); at != std::string::npos;
-         at = text.find(named, at + build.size())) {
-      text.replace(at, named.size(), build);
-    }
+  std::string text;
+  std::size_t from = 0;
+  const std::string named = "build/release";
+  const std::string absolute = "$PWD/";
+  for (std::size_t at = command.find(named); at != std::string::npos; at = command.find(named, from)) {
+    std::size_t end = at;
+    if (end - from >= absolute.size() &&
+        command.compare(end - absolute.size(), absolute.size(), absolute) == 0)
+      end -= absolute.size();
+    text += command.substr(from, end - from) + build;
+    from = at + named.size();
   }
+  text += command.substr(from);
   return "cd " + quoted(kSource) + " && env -u TALIX_HOME " + text + " 2>&1";
 }
 

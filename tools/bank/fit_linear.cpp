@@ -40,14 +40,14 @@ HeatCapacityFit fit_heat_capacity(const Reference& ref) {
   }
   for (double T = 50.0; T < f.tmin - 10.0; T += 25.0) {
     const double cp = std::max(ref.cp.front().cp * (1.0 - 0.5 * (f.tmin - T) / f.tmin), 2.5 * GAS_CONSTANT);
-    rows.push_back({T, cp, 0.05});
+    rows.push_back({T, cp, 0.005});
   }
   const std::size_t n = ref.cp.size();
   const CpPoint &last = ref.cp[n - 1], &before = ref.cp[n - 3 < n ? n - 3 : 0];
   const double trend = (last.cp - before.cp) / (last.T - before.T);
   for (double T = f.tmax + 50.0; T <= 1700.0; T += 50.0) {
     const double span = T - f.tmax, fade = 600.0;
-    rows.push_back({T, last.cp + trend * fade * (1.0 - std::exp(-span / fade)), 0.15});
+    rows.push_back({T, last.cp + trend * fade * (1.0 - std::exp(-span / fade)), 0.01});
   }
   Eigen::MatrixXd m(static_cast<Eigen::Index>(rows.size()), 8);
   Eigen::VectorXd y(static_cast<Eigen::Index>(rows.size()));

@@ -250,13 +250,14 @@ void ideal_gas(const ReferenceTables& t, const FitComponent& c, Reference& ref) 
     ref.cp_source = core->source;
     constexpr int kLowPoints = 10;
     constexpr double kKnee = 200.0, kStep = 20.0, kTop = 1500.0;
-    const double bottom = std::fmin(100.0, std::fmax(20.0, 0.45 * c.tc));
+    const double bottom = std::fmin(150.0, std::fmax(20.0, 0.45 * c.tc));
+    const double cold_weight = c.tc < 200.0 ? 0.3 : 0.05;  // cold ideal gas matters for cold fluids
     std::vector<double> grid;
     for (int k = 0; k < kLowPoints; ++k) grid.push_back(bottom + (kKnee - bottom) * k / kLowPoints);
     for (double T = kKnee; T <= kTop; T += kStep) grid.push_back(T);
     for (const double T : grid) {
       const double v = covers(*core, T) ? evaluate(*core, T) : beyond_core(rows, *core, *widest, T);
-      const double weight = T >= 180.0 && T <= 800.0 ? 1.0 : 0.25;
+      const double weight = T < 180.0 ? cold_weight : (T <= 800.0 ? 1.0 : 0.1);
       if (v > 0.0) ref.cp.push_back({T, v, weight});
     }
   }

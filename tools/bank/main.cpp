@@ -67,7 +67,9 @@ int main(int argc, char** argv) {
   CLI::App* const fit = app.add_subcommand("fit", "fit the curves and correlations to the reference tables");
   fit->add_option("--data", fit_options.data_dir, "folder of the tables, read and written")
       ->capture_default_str();
-  fit->add_option("--only", fit_options.only, "codes or numbers of the components to fit; all without it");
+  fit->add_option("--only", fit_options.only,
+                  "codes or numbers of the components to fit, separated by commas; all without it")
+      ->delimiter(',');
   fit->add_option("--jobs", fit_options.jobs, "threads; 0 for one a core")->capture_default_str();
   fit->callback([&] { result = fit_main(fit_options); });
 
