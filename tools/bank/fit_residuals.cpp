@@ -97,9 +97,12 @@ void saturation_residuals(const Problem& pb, const Curves& cv, std::vector<doubl
   }
 }
 
-// Weight of the gas region against the saturation line: a little less for what is mostly met with as a
-// condensing fluid.
-double gas_weight(double tc) { return tc < 330.0 ? 0.6 : 0.5; }
+// Weight of the gas region against the saturation line: more for what is mostly met with as a gas, less for what
+// is mostly met with as a condensing fluid.
+double gas_weight(double tc) {
+  if (tc < 230.0) return 1.0;
+  return tc < 330.0 ? 0.6 : 0.5;
+}
 
 void gas_residuals(const Problem& pb, const Curves& cv, std::vector<double>& r) {
   const std::size_t n0 = r.size();
@@ -163,7 +166,7 @@ struct ZoneWeight {
 ZoneWeight zone_weight(double tc) {
   if (tc / 1.04 < 330.0 && 1.1 * tc > 270.0) return {4.0, 1.0};
   if (tc < 60.0) return tc < 10.0 ? ZoneWeight{0.2, 0.1} : ZoneWeight{0.7, 0.5};
-  if (tc < 230.0) return {1.0, 1.0};
+  if (tc < 230.0) return {0.6, 0.6};
   return tc < 520.0 ? ZoneWeight{2.0, 1.0} : ZoneWeight{0.7, 0.3};
 }
 
