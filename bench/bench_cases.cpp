@@ -18,12 +18,12 @@ struct Entry {
   float feed;
 };
 constexpr std::array<Entry, 50> kEntries{{
-    {20, 70.0F}, {28, 8.0F},  {22, 6.0F},  {21, 8.0F},   {116, 4.0F}, {23, 3.0F},  {25, 2.0F},  {4, 2.5F},
-    {15, 1.5F},  {33, 2.0F},  {24, 1.5F},  {26, 1.0F},   {42, 1.5F},  {277, 0.5F}, {278, 0.5F}, {11, 0.5F},
-    {102, 1.0F}, {232, 0.5F}, {27, 0.1F},  {125, 0.5F},  {17, 0.1F},  {58, 0.1F},  {81, 0.1F},  {82, 0.1F},
-    {63, 0.1F},  {200, 0.1F}, {201, 0.1F}, {202, 0.1F},  {203, 0.1F}, {204, 0.1F}, {206, 0.1F}, {228, 0.1F},
-    {229, 0.1F}, {238, 0.1F}, {279, 0.1F}, {280, 0.1F},  {281, 0.1F}, {283, 0.1F}, {285, 0.1F}, {29, 0.1F},
-    {30, 0.1F},  {31, 0.1F},  {32, 0.1F},  {34, 0.1F},   {123, 0.1F}, {127, 0.1F}, {128, 0.1F}, {129, 0.1F},
+    {20, 70.0F}, {28, 8.0F},  {22, 6.0F},  {21, 8.0F},  {116, 4.0F}, {23, 3.0F},  {25, 2.0F},  {4, 2.5F},
+    {15, 1.5F},  {33, 2.0F},  {24, 1.5F},  {26, 1.0F},  {42, 1.5F},  {277, 0.5F}, {278, 0.5F}, {11, 0.5F},
+    {102, 1.0F}, {232, 0.5F}, {27, 0.1F},  {125, 0.5F}, {17, 0.1F},  {58, 0.1F},  {81, 0.1F},  {82, 0.1F},
+    {63, 0.1F},  {200, 0.1F}, {201, 0.1F}, {202, 0.1F}, {203, 0.1F}, {204, 0.1F}, {206, 0.1F}, {228, 0.1F},
+    {229, 0.1F}, {238, 0.1F}, {279, 0.1F}, {280, 0.1F}, {281, 0.1F}, {283, 0.1F}, {285, 0.1F}, {29, 0.1F},
+    {30, 0.1F},  {31, 0.1F},  {32, 0.1F},  {34, 0.1F},  {123, 0.1F}, {127, 0.1F}, {128, 0.1F}, {129, 0.1F},
     {130, 0.1F}, {43, 0.1F},
 }};
 
@@ -102,13 +102,18 @@ DriverCase::DriverCase(int count) : count_(count) {
   }
   temperature_ = static_cast<double>(m.temperature_C) + 273.15;
   pressure_ = static_cast<double>(m.pressure_bar) * 1.0e5;
-  constexpr std::array<I4, 12> wanted{
-      reserved::thermal_expansion,  reserved::adiabatic_compressibility,
-      reserved::isothermal_compressibility, reserved::phase_indicator,
-      reserved::heat_capacity_p,    reserved::heat_capacity_v,
-      reserved::isentropic_thermal, reserved::thermal_pressure,
-      reserved::hildebrand,         reserved::joule_thomson,
-      reserved::speed_of_sound,     reserved::phase_indicator};
+  constexpr std::array<I4, 12> wanted{reserved::thermal_expansion,
+                                      reserved::adiabatic_compressibility,
+                                      reserved::isothermal_compressibility,
+                                      reserved::phase_indicator,
+                                      reserved::heat_capacity_p,
+                                      reserved::heat_capacity_v,
+                                      reserved::isentropic_thermal,
+                                      reserved::thermal_pressure,
+                                      reserved::hildebrand,
+                                      reserved::joule_thomson,
+                                      reserved::speed_of_sound,
+                                      reserved::phase_indicator};
   for (std::size_t i = 0; i < wanted.size(); ++i) results.IRESRV(static_cast<int>(i) + 1) = wanted[i];
 }
 
@@ -117,10 +122,11 @@ double DriverCase::call(bool with_thermal) {
   const I4 slot = fl.MODELID;
   DriverResults& r = results;
   r.NRESRV = with_thermal ? 12 : 0;
-  SHMIX0(phase::liquid, root_option::real_only, temperature_, pressure_, count_, r.IC, composition_, none, r.none,
-         slot, r.none, with_thermal ? slot : none, thermal::total, with_thermal ? r.with_temperature : r.none,
-         r.IRESRV, r.NRESRV, r.IPHRTN, r.AMBIG, r.ZFUG, r.ZVOL, r.DZDT, r.DZDP, r.DZDN, r.FUG, r.DFDT, r.DFDP,
-         r.DFDN, r.H, r.DHDT, r.DHDP, r.DHDN, r.S, r.DSDT, r.DSDP, r.DSDN, r.RESRV, r.NFAIL);
+  SHMIX0(phase::liquid, root_option::real_only, temperature_, pressure_, count_, r.IC, composition_, none,
+         r.none, slot, r.none, with_thermal ? slot : none, thermal::total,
+         with_thermal ? r.with_temperature : r.none, r.IRESRV, r.NRESRV, r.IPHRTN, r.AMBIG, r.ZFUG, r.ZVOL,
+         r.DZDT, r.DZDP, r.DZDN, r.FUG, r.DFDT, r.DFDP, r.DFDN, r.H, r.DHDT, r.DHDP, r.DHDN, r.S, r.DSDT,
+         r.DSDP, r.DSDN, r.RESRV, r.NFAIL);
   return r.FUG(1) + r.H;
 }
 
