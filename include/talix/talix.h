@@ -50,17 +50,28 @@ extern "C" {
  *   NC      in       number of components, 0 to 50
  *   T       in, out  temperature [degrees Celsius], at most 1500
  *   P       in, out  pressure [bar], 0 to 900
- *   FRV     in, out  vapour fraction [mol/mol], 0 to 1. For an isothermal flash it is the start value; pass 1,
- *                    since a mixture whose phases are alike gets back the fraction that it came with
+ *                    T and P: what the code does not give is found; its value on entry is the start value
+ *   FRV     in, out  vapour fraction [mol/mol], 0 to 1. For codes 6 and 7 it is given. For an isothermal flash it
+ *                    is the start value; pass 1, since a mixture whose phases are alike gets back the fraction
+ *                    that it came with. For codes 1 to 4 it is set by the call
  *   UNIT    in, out  basis of flows, one character: 'W' mass [kg, g/g], 'M' moles [kmol, mol/mol]. 'w' and 'm'
  *                    are accepted and overwritten by the capital. Any other letter: feed in moles, results in
  *                    mass. On the mass basis the molar masses turn kg into kmol
  *   UNIT_LENGTH      length of UNIT; not read
- *   IFLASH  in       5            isothermal flash at T and P
- *                    33           no flash: properties of the feed, as vapour in column 1 and as liquid in
- *                                 column 2
- *                    1-4, 6-10    not available in this version; the call says so in STR
- *                    other codes  no flash: the results are assembled from the flows of the call before
+ *   IFLASH  in       1   bubble pressure at T
+ *                    2   bubble temperature at P
+ *                    3   dew pressure at T
+ *                    4   dew temperature at P
+ *                    5   isothermal flash at T and P
+ *                    6   pressure at T and FRV
+ *                    7   temperature at P and FRV
+ *                    8   adiabatic flash: temperature and split at P and the total enthalpy SCAL(NC+2,2)
+ *                    9   the same by nested searches, slower; code 8 falls back on it by itself
+ *                    10  fast isothermal flash at T and P
+ *                    33  no flash: properties of the feed, as vapour in column 1 and as liquid in column 2
+ *                    other codes: no flash, the results are assembled from the flows of the call before
+ *                    Codes 1 to 4 give properties and composition of the phase that is about to form, too. The
+ *                    composition is that of the last but one iteration; a flow of about 2E-8 stands for the phase
  *   SCAL    in, out  52 rows by 8 columns, see below
  *   TPROPS  out      15 rows by 3 columns, see below
  *   STR     out      message. Blank: the results stand. First character a full stop: a warning, the results
@@ -80,8 +91,9 @@ extern "C" {
  *     7       liquid composition              liquid fraction              -
  *     8       second-liquid composition       second-liquid fraction       -
  *
- *   Enthalpies are mole flow times J/mol divided by 1000: with kmol they are MJ. SCAL row NC+2, column 2 is set
- *   to 0 on entry. Component numbers are 2 to 1246 (GETTALIXPROPS lists them); they are cut to integers.
+ *   Enthalpies are mole flow times J/mol divided by 1000: with kmol they are MJ. SCAL row NC+2, column 2 is the
+ *   target of codes 8 and 9, not 0 for code 8; for all other codes it is set to 0 on entry. Component numbers
+ *   are 2 to 1246 (GETTALIXPROPS lists them); they are cut to integers.
  *
  *   TPROPS, column 1 vapour, 2 liquid, 3 second liquid; a phase that is absent has zeros. All rows are per
  * mole or per gram as their unit says, whatever the basis of the flows.
@@ -107,6 +119,12 @@ extern "C" {
  *   from its phase boundary is reported in the column of the phase that the equation of state identifies; above
  *   the pseudo-critical temperature that is the vapour column.
  *
+ *   A gas may have two dew pressures at one temperature (retrograde condensation), and two dew temperatures at
+ *   one pressure. Code 3 gives the lower pressure, whatever the start; the upper one is found by no code. Code 7
+ *   gives no text when it finds no temperature: its answer then is a loose or a wrong one. So do codes 2, 4 and 7
+ *   when they run into 1 K or 1773.15 K, and codes 1, 3 and 6 when they run into 900 bar. Near and above the
+ *   critical point of a mixture all of them may end with two phases that are alike.
+ *
  *   A component list whose load failed is not tried again: every call with it ends with the reason in STR,
  * until the list changes or SETTALIXINSTALL is called.
  *
@@ -128,15 +146,30 @@ extern "C" {
  *     " Component list not loaded, data file not found or not readable, no calculation (TALIX)"
  *     " Component list not loaded, engine start failed at stage n, no calculation (TALIX)"
  *         stage 1 component list, 2 model, 3 databases, 4 reference temperature
- *     " Flash type not available, no calculation (TALIX)"
  *     " Unable to find accurate specific heat, no calculation (TALIX)"  the tables are written
  *     " One feed stream negative or too big, no flash calculation (FLTP)"   above 1.0E+9
  *     " Total feed rate greater than 1.0E+9, no flash calculation (FLTP)"
  *     " Pressure not above 0, no flash calculation (FLTP)"
  *     " Flash unable to converge to a solution (FLTP)"
  *     " K-values unusually dependent on composition, no convergence (FLTP)"
+ *     " Temperature not between 0 and 1773 K, no flash calculation (FLVT)"  below 1 K, codes 1, 3 and 6
+ *     " Feed flow not between 1.0E-9 and 1.0E+9, no flash calculation (FLVT)"
+ *     " No convergence after MAXIT iterations, calculation suspended(FLVT)"
+ *     " Pressure not between 0 and  900 bar, no flash calculation (FLVP)"   a pressure of 0, codes 2, 4 and 7
+ *     " Feed flow not between 1.0E-9 and 1.0E+9, no flash calculation (FLVP)"
+ *     " No convergence after 80 iterations, calculation suspended (FLVP)"   codes 2, 4 and 8
+ *     " Fraction vapour insolvable, non-condensables present (FLVP)"        codes 2, 4 and 8
+ *     " Flash flow not between 1.0E-9 and 1.0E+9, no calculation (FLPQ)"     codes 8 and 9
+ *     " Temperature not between 0 and 1773 K, no flash calculation (FLPQ)"  below 1 K, codes 8 and 9
+ *     " Pressure not between 0 and  900 bar, no flash calculation (FLPQ)"   a pressure of 0, codes 8 and 9
+ *     " Adiabatic flash did not converge in 80 iterations (FLPQ)"           codes 8 and 9
+ *     " Adiabatic flash has changed enthalpy by xxxxx.xxxx% (FLPQ3)"        code 8; the tables are written
+ *     " Pressure not above 0, no flash calculation (FLTP3)"                 code 10
  *     " Argument missing, no calculation (TALIX)"                a null pointer
  *     " Not enough memory, no calculation (TALIX)"               while a component list was loaded
+ *   Warnings, with results:
+ *     ".Adiabatic flash is having convergence trouble (FLPQ)"                codes 8 and 9
+ *     ".Warning: adiabatic flash only achieved by eliminating some components (FLPQ3)"  code 8
  */
 TALIX_CALL void TALIX(int32_t* NC, float* T, float* P, float* FRV, char* UNIT, int32_t UNIT_LENGTH,
                       int32_t* IFLASH, float* SCAL, float* TPROPS, char* STR, int32_t STR_LENGTH);
@@ -159,6 +192,13 @@ TALIX_CALL void SETTALIXINSTALL(const char* PATH, int32_t PATH_LENGTH, const int
  *   MSGUNIT  in  0 standard error, 6 standard output, any other (for instance -1) drops the line
  */
 TALIX_CALL void SETTALIXUSAGE(const int32_t* USAGE1, const int32_t* MSGHOOK, const int32_t* MSGUNIT);
+
+/*
+ * TALIXERRORREPORT: appends to the file talix.err in the install directory which kinds of failures the flashes met
+ * since the library was loaded, and in which order they last occurred. Nothing is written where there were none, or
+ * where the file cannot be opened.
+ */
+TALIX_CALL void TALIXERRORREPORT(void);
 
 /* CLEARSCAL, CLEARTPROPS: all entries of a 52 by 8 and of a 15 by 3 table become 0. */
 TALIX_CALL void CLEARSCAL(float* SCAL);

@@ -7,6 +7,7 @@
 #include "api/catalogue.h"
 #include "api/small_calls.h"
 #include "api/talix_call.h"
+#include "fastprops/error_matrix.h"
 
 static_assert(TALIX_MAX_COMPONENTS == talix::kMaxComponents);
 static_assert(TALIX_SCAL_ROWS == talix::kScalRows && TALIX_SCAL_COLUMNS == talix::kScalColumns);
@@ -61,6 +62,10 @@ void SETTALIXINSTALL(const char* PATH, int32_t PATH_LENGTH, const int32_t* LEN) 
 
 void SETTALIXUSAGE(const int32_t* USAGE1, const int32_t* MSGHOOK, const int32_t* MSGUNIT) {
   talix::SETTALIXUSAGE(USAGE1, MSGHOOK, MSGUNIT);
+}
+
+void TALIXERRORREPORT() {
+  contained([] { talix::ERRREPORT(); });
 }
 
 void CLEARSCAL(float* SCAL) { talix::CLEARSCAL(scal_table(SCAL)); }

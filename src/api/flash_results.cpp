@@ -1,5 +1,9 @@
 #include "api/flash_results.h"
 
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+
 #include "api/phase_properties.h"
 #include "fastprops/small_arrays.h"
 
@@ -150,6 +154,32 @@ void write_properties(PropertyTable& TPROPS, const Columns& columns) {
   }
 }
 
+// A real in a field of ten positions with four decimals; a value that does not fit fills the field with stars.
+struct RealField {
+  char text[11];
+};
+RealField real_field(R4 value) {
+  RealField field{};
+  char digits[64];
+  const int length = std::snprintf(digits, sizeof digits, "%10.4f", static_cast<R8>(value));
+  if (length != 10 || !std::isfinite(value))
+    std::memset(field.text, '*', 10);
+  else
+    std::memcpy(field.text, digits, 10);
+  return field;
+}
+
+// The adiabatic flash by the enthalpy search tells what is missing from its target; the results stand.
+void check_enthalpy(Message& STR) {
+  constexpr R4 kEnthalpyTolerance = 1.0E-4F;
+  const R4 D = (fl.QSPEC / 1000.0F - fl.SF(fl.NC + 2)) * 1000.0F / fl.QSPEC;
+  if (!(std::fabs(D) > kEnthalpyTolerance)) return;
+  char text[80];
+  const int length = std::snprintf(text, sizeof text, " Adiabatic flash has changed enthalpy by %s%% (FLPQ3)",
+                                   real_field(100.0F * D).text);
+  report(STR, {text, static_cast<std::size_t>(length)});
+}
+
 }  // namespace
 
 // Result tables of a call whose flash has ended.
@@ -159,6 +189,8 @@ void write_properties(PropertyTable& TPROPS, const Columns& columns) {
 // Shared   reads fl.FV, FL, FLS; sets fl.Y, X1, X2, FTV, FTL, FTLS, FRV, ZV, ZL, ZL2, SF
 // Reports  " Unable to find accurate specific heat, no calculation (TALIX)", not echoed and not counted, when
 //          the vapour's heat capacity at constant volume is negative; the tables stay as written
+//          " Adiabatic flash has changed enthalpy by ...% (FLPQ3)", code flash_type::adiabatic; the tables stay as
+//          written
 void assemble_results(char UNIT, R4& T, R4& P, R4& FRV, ScalTable& SCAL, PropertyTable& TPROPS,
                       Message& STR) {
   form_totals_and_fractions();
@@ -179,6 +211,7 @@ void assemble_results(char UNIT, R4& T, R4& P, R4& FRV, ScalTable& SCAL, Propert
   write_properties(TPROPS, columns);
   if (TPROPS(property::heat_capacity_v, 1) < 0.0F)
     STR = " Unable to find accurate specific heat, no calculation (TALIX)";
+  if (fl.IFLASH == flash_type::adiabatic) check_enthalpy(STR);
 }
 
 }  // namespace talix

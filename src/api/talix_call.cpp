@@ -4,12 +4,13 @@
 #include <cstdio>
 #include <string_view>
 
+#include "api/flash_dispatch.h"
 #include "api/flash_results.h"
 #include "api/vlinit.h"
 #include "fastprops/error_matrix.h"
 #include "fastprops/flash_message.h"
+#include "fastprops/routes.h"
 #include "fastprops/small_arrays.h"
-#include "flash/fltp.h"
 
 namespace talix {
 
@@ -46,7 +47,7 @@ void hand_back(const Message& STR, char* host, I4 length) {
 void start_call(char& UNIT) {
   fl.KSTART = false;
   fl.NCAL = flash_status::fresh;
-  fl.RGAS = kFlashGasConstant;
+  fl.RGAS = kRouteGasConstant;
   fl.TZERO = kFlashZeroCelsius;
   if (UNIT == 'w') UNIT = 'W';
   if (UNIT == 'm') UNIT = 'M';
@@ -160,44 +161,6 @@ bool check_load(Message& STR) {
           " Component list not loaded, data file not found or not readable, no calculation (TALIX)");
   }
   return refuse(STR, {text, static_cast<std::size_t>(length)});
-}
-
-// The properties of the feed as a fictitious mixture: the whole feed stands in both phases.
-void take_feed_as_phases() {
-  fl.FRV = 0.5F;
-  for (int i = 1; i <= fl.NC; ++i) {
-    fl.FV(i) = fl.F(i);
-    fl.Y(i) = fl.FL(i) = fl.X1(i) = fl.SF(i);
-    fl.X2(i) = fl.FLS(i) = 0.0F;
-  }
-}
-
-// Runs the flash of the code; false with a message when there is no result. An unknown code runs none and
-// keeps the flows of the call before.
-bool run_flash(Message& STR) {
-  switch (fl.IFLASH) {
-    case flash_type::isothermal:
-      FLTP(STR);
-      break;
-    case flash_type::bubble_pressure:
-    case flash_type::bubble_temperature:
-    case flash_type::dew_pressure:
-    case flash_type::dew_temperature:
-    case flash_type::pressure_at_fraction:
-    case flash_type::temperature_at_fraction:
-    case flash_type::adiabatic:
-    case flash_type::adiabatic_nested:
-    case flash_type::isothermal_fast:
-      return refuse(STR, " Flash type not available, no calculation (TALIX)");
-    default:
-      // Properties without a flash need a pressure all the same.
-      if (!(fl.P > 0.0F)) return refuse(STR, " Pressure not above 0, no calculation (TALIX)");
-  }
-  if (is_hard_failure(STR)) return false;
-  if (fl.IFLASH == flash_type::isothermal && !(fl.FT > kPhaseLimit))
-    return refuse(STR, " Feed too small to form a phase, no calculation (TALIX)");
-  if (fl.IFLASH == flash_type::feed_properties) take_feed_as_phases();
-  return true;
 }
 
 // Everything up to the flash; false with a message when there is no result.

@@ -103,6 +103,7 @@ bool read_constants(const I4& NC, const Vec<I4, kMaxComponents>& ISTD, I4& IFAIL
 void VLINIT(const I4& NC, const Vec<I4, kMaxComponents>& ISTD, I4& IFAIL) {
   fl.LOAD = load_result::none;
   fl.LOAD_DETAIL = 0;
+  fl.REDLAB_MODE = kNoParameters;
   if (!read_constants(NC, ISTD, IFAIL)) return;
   MORVEI(NC, IFAIL);
   fl.LOAD = IFAIL == 0 ? load_result::complete : load_result::engine;

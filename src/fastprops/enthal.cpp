@@ -5,8 +5,10 @@
 #include "engine/codes.h"
 #include "engine/shmix_driver.h"
 #include "fastprops/engine_call.h"
+#include "fastprops/enthal_direct.h"
 #include "fastprops/error_matrix.h"
 #include "fastprops/morvei.h"
+#include "fastprops/routes.h"
 
 namespace talix {
 
@@ -69,6 +71,7 @@ void prepare(const I4& MODE, const I4& NC, const R4& T, const R4& P, const Flash
 
 void ask_engine(const I4& PH, const I4& NC, const I4& LNOVF, const I4& IHTYPE, FugacityVector& FUG,
                 FugacityVector& FUGTL, FugacityVector& FUGPL, FugacityMatrix& FUGN) {
+  fl.NENGINE = fl.NENGINE + 1;
   SHMIX0(PH == flash_phase::vapour ? phase::vapour : phase::liquid, kNoRootOption, call.T, call.P, NC,
          call.IC, call.X, LNOVF, call.DV, LNOVF, call.DF, fl.MODELID, IHTYPE, call.DH, call.IRESRV,
          call.NRESRV, call.IPHRTN, call.AMBIG, call.ZFUG, call.ZVOL, call.DZDT, call.DZDP, call.DZDN, FUG,
@@ -160,11 +163,21 @@ void ENTHAL1(const I4& MODE, const I4& PH, I4& PHOUT, const I4& NC, const R4& /*
   if (call.NFAIL != status::ok) mark_error(error_row::ENTHAL1, 2);
 }
 
-// ENTHAL: the route in force is the property engine.
+// ENTHAL: thermal properties of one phase by the route in force.
+//
+// The direct route exists for MODE 0 only and takes Z from its caller; the balances of the adiabatic flash, which
+// need the derivatives of the modes above 0, are the engine's with either switch. PHOUT, DHDT and HN stay unset
+// on the direct route.
 void ENTHAL(const I4& MODE, const I4& PH, I4& PHOUT, const I4& NC, const R4& R, R4& RHO, const R4& T,
             const R4& P, R4& Z, const FlashVec& FRAC, R4& MW, R4& HID, R4& SID, R4& CPID, R4& H, R4& DHDT,
             R4& S, R4& CV, R4& CP, R4& SONIC, R4& JT, R4& KAPPA, FugacityVector& FUG, FugacityVector& FUGTL,
             FugacityVector& FUGPL, FugacityMatrix& FUGN, FlashVec& HN) {
+  if constexpr (!kEngineRoute) {
+    if (MODE == 0) {
+      direct_properties(NC, R, RHO, T, P, Z, FRAC, MW, HID, SID, CPID, H, S, CV, CP, SONIC, JT, KAPPA);
+      return;
+    }
+  }
   ENTHAL1(MODE, PH, PHOUT, NC, R, RHO, T, P, Z, FRAC, MW, HID, SID, CPID, H, DHDT, S, CV, CP, SONIC, JT,
           KAPPA, FUG, FUGTL, FUGPL, FUGN, HN);
 }

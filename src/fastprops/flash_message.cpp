@@ -16,6 +16,13 @@ constexpr I4 kHookFirst = 13;
 constexpr I4 kHookSecond = 5;
 constexpr I4 kHookWidth = 60;
 
+// A null pointer for a unit that is not open.
+std::FILE* message_unit() {
+  if (fl.MSGUNIT == kUnitError) return stderr;
+  if (fl.MSGUNIT == kUnitOutput) return stdout;
+  return nullptr;
+}
+
 }  // namespace
 
 bool is_hard_failure(const Message& STR) { return !trimmed(STR.sub(1, 5)).empty() && STR(1) != '.'; }
@@ -25,16 +32,19 @@ void report(Message& STR, std::string_view text) {
   echo(trimmed(STR));
 }
 
+void write_line(std::string_view line) {
+  if (std::FILE* unit = message_unit(); unit != nullptr)
+    std::fprintf(unit, "%.*s\n", static_cast<int>(line.size()), line.data());
+}
+
 // A list-style line begins with one blank; a unit that is not open drops the line.
 void echo(std::string_view text) {
   if (fl.MSGHOOK) {
     WRLIN(kHookFirst, kHookSecond, text, static_cast<I4>(text.size()), kHookWidth);
     return;
   }
-  std::FILE* unit = nullptr;
-  if (fl.MSGUNIT == kUnitError) unit = stderr;
-  if (fl.MSGUNIT == kUnitOutput) unit = stdout;
-  if (unit != nullptr) std::fprintf(unit, " %.*s\n", static_cast<int>(text.size()), text.data());
+  if (std::FILE* unit = message_unit(); unit != nullptr)
+    std::fprintf(unit, " %.*s\n", static_cast<int>(text.size()), text.data());
 }
 
 // WRLIN: the place where a host's own line writer would stand; it takes the line and does nothing.

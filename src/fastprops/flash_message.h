@@ -18,6 +18,8 @@ bool is_hard_failure(const Message& STR);
 void report(Message& STR, std::string_view text);
 // Sends a message to WRLIN or as one line to unit MSGUNIT.
 void echo(std::string_view text);
+// Sends a line as it stands to unit MSGUNIT.
+void write_line(std::string_view line);
 // The host's line writer; empty.
 void WRLIN(const I4& FIRST, const I4& SECOND, std::string_view text, const I4& LENGTH, const I4& WIDTH);
 

@@ -9,6 +9,7 @@ constexpr FlashRecord record_at_load() {
   record.INSTALL.blank();
   for (Text<28>& name : record.NAME.v) name.blank();
   for (Text<4>& name : record.MFDS.v) name.blank();
+  record.REDLAB_MODE = kNoParameters;
   return record;
 }
 

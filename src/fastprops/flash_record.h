@@ -1,5 +1,5 @@
 // The one record of the flash layer: the calculation in progress, the component constants it works on,
-// and what is kept from call to call. All reals are 32-bit; at load every field is zero or blank.
+// and what is kept from call to call. All reals are 32-bit but the cubic of the direct route; at load every field is zero or blank.
 #pragma once
 
 #include "base/array.h"
@@ -25,6 +25,9 @@ inline constexpr I4 kLastComponentNumber = 1246;
 
 using FlashVec = Vec<R4, kMaxComponents>;
 using PropertyColumn = Vec<R4, kPropertyRows>;  // one phase of TPROPS
+
+// REDLAB_MODE when the parameters of the direct route have to be formed anew.
+inline constexpr I4 kNoParameters = -1;
 
 // Phases as the flash layer counts them.
 namespace flash_phase {
@@ -128,6 +131,14 @@ struct FlashRecord {
   FlashVec A, B;      // parameters of the cubic
   FlashVec DA1, DA2;  // first and second temperature derivative of A
   FlashVec DB1, DB2;  // first and second temperature derivative of B
+  I4 REDLAB_MODE;     // what A and B were last formed for: MODE of REDLAB, kNoParameters when out of date
+  R4 REDLAB_T;        // and its temperature [K]
+
+  // Work of the direct route (RKSF).
+  FlashVec AA, BB;      // parameters of the pure components times P/(RT) [-]
+  FlashVec AMIX, BMIX;  // their sums over the mixture [-]
+  Vec<R8, 3> AN;        // coefficients of the cubic in the compressibility factor
+  Vec<R8, 3> ZZ;        // its roots
 
   // Kept between calls and between iterations.
   I4 NCOLD;                         // NC of the previous call; 0 at load and after SETTALIXINSTALL
@@ -136,6 +147,7 @@ struct FlashRecord {
   I4 IDEAL_FLVP;                    // K-value status of FLVP, kvalues::*
   R4 FTLS_FLTP;                     // total second-liquid flow of the last FLTP [mol]
   I4 PASSES;                        // passes of the last FLTP; for reports, never read by a calculation
+  I4 NENGINE;                       // SHMIX0 calls of the flash layer since load; for reports, never read by a calculation
   R4 FTLS_FLVP;                     // total second-liquid flow of the last FLVP [mol]
   R4 PLAST;                         // pressure at the last K-value evaluation [bar] (KVAL)
   R4 TLAST;                         // temperature at the last K-value evaluation [K] (KVAL)

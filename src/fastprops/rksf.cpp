@@ -7,6 +7,8 @@
 #include "fastprops/engine_call.h"
 #include "fastprops/error_matrix.h"
 #include "fastprops/morvei.h"
+#include "fastprops/rksf_direct.h"
+#include "fastprops/routes.h"
 
 namespace talix {
 
@@ -51,6 +53,7 @@ void RKSF1(const I4& NC, const I4& PH, const R4& T, const FlashVec& XX, FlashVec
     MORVEI(NC, ignored);
   }
   prepare(NC, T, XX, P);
+  fl.NENGINE = fl.NENGINE + 1;
   SHMIX0(PH == flash_phase::vapour ? phase::vapour : phase::liquid, root_option::pseudo, call.T, call.P, NC,
          call.IC, call.X, model::none, call.DV, fl.MODELID, call.DF, model::none, thermal::total, call.DH,
          call.IRESRV, call.NRESRV, call.IPHRTN, call.AMBIG, call.ZFUG, call.ZVOL, call.DZDT, call.DZDP,
@@ -67,10 +70,14 @@ void RKSF1(const I4& NC, const I4& PH, const R4& T, const FlashVec& XX, FlashVec
   Z = static_cast<R4>(call.ZVOL);
 }
 
-// RKSF: the route in force is the property engine.
+// RKSF: fugacity coefficients and compressibility of one phase by the route in force. The direct route gives
+// no root type: its IPH is 0.
 void RKSF(const I4& NC, const I4& PH, const R4& T, const FlashVec& XX, FlashVec& PHI, R4& Z, const R4& P,
           I4& IPH) {
-  RKSF1(NC, PH, T, XX, PHI, Z, P, IPH);
+  if constexpr (kEngineRoute)
+    RKSF1(NC, PH, T, XX, PHI, Z, P, IPH);
+  else
+    direct_fugacities(kSolverRoots, NC, PH, T, XX, PHI, Z, P, IPH);
 }
 
 }  // namespace talix

@@ -2,8 +2,8 @@
 #include <cmath>
 
 #include "fastprops/flash_record.h"
-#include "fastprops/small_arrays.h"
 #include "flash/fltp_state.h"
+#include "flash/phase_flows.h"
 
 namespace talix {
 
@@ -12,8 +12,6 @@ namespace {
 // Below this sum of squares the equations have no slope: all K-values are near 1.
 constexpr R4 kNoSlope = 1.0E-5F;
 constexpr R4 kNewtonTolerance = 1.0E-10F;
-// A phase whose component flows add up to no more is scaled to its floor total.
-constexpr R4 kSmallPhase = 1.0E-8F;
 // After so many steps a liquid-liquid split that wants a vapour is given up.
 constexpr I4 kLiquidLiquidSteps = 20;
 
@@ -80,14 +78,6 @@ void damp_late(FltpState& s) {
   }
 }
 
-// So every phase always keeps a composition.
-void scale_to_floor(FlashVec& flow, R4 total) {
-  const R4 sum = TELOP(fl.NC, flow);
-  if (sum > kSmallPhase || !(sum > 0.0F)) return;
-  const R4 factor = total / sum;
-  for (int i = 1; i <= fl.NC; ++i) flow(i) *= factor;
-}
-
 }  // namespace
 
 // Newton iteration on the split. The fractions are clamped inside the loop; the test uses the step before it.
@@ -138,23 +128,11 @@ void damp_split(FltpState& s) {
 //
 // Shared   reads fl.NC, F, VLK, VLKS; sets fl.FV, FL and, with a second liquid, FLS
 void set_flows(FltpState& s) {
-  s.FTL = std::max(kFlowFloor, s.FLA * s.FT);
-  s.FTLS = s.key ? std::max(kFlowFloor, s.FLB * s.FT) : 0.0F;
-  s.FTV = std::max(kFlowFloor, s.FT - s.FTL - s.FTLS);
-  for (int i = 1; i <= fl.NC; ++i) {
-    const R4 KA = fl.VLK(i);
-    const R4 KB = s.key ? fl.VLKS(i) : kNoSecondLiquidFactor;
-    const R4 VV = KA * KB * s.FTV;
-    const R4 LA = KB * s.FTL;
-    const R4 LB = s.FTLS * KA;
-    const R4 R = fl.F(i) / (VV + LA + LB);
-    fl.FV(i) = R * VV;
-    fl.FL(i) = R * LA;
-    if (s.key) fl.FLS(i) = R * LB;
-  }
-  scale_to_floor(fl.FL, s.FTL);
-  scale_to_floor(fl.FV, s.FTV);
-  if (s.key) scale_to_floor(fl.FLS, s.FTLS);
+  const PhaseTotals totals = totals_of_split(s.FT, s.FLA, s.FLB, s.key);
+  s.FTV = totals.FTV;
+  s.FTL = totals.FTL;
+  s.FTLS = totals.FTLS;
+  flows_of_split(totals, s.key);
 }
 
 }  // namespace talix

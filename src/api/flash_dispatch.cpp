@@ -1,0 +1,119 @@
+#include "api/flash_dispatch.h"
+
+#include "fastprops/flash_record.h"
+#include "flash/flpq.h"
+#include "flash/flpq3.h"
+#include "flash/flpst.h"
+#include "flash/fltp.h"
+#include "flash/fltp3.h"
+#include "flash/flvp.h"
+#include "flash/flvt.h"
+
+namespace talix {
+
+namespace {
+
+// Vapour fraction of a dew point while a second liquid is sought, so that both liquids keep a share.
+constexpr R4 kDewWithSecondLiquid = 0.999999F;
+
+bool refuse(Message& STR, std::string_view text) {
+  report(STR, text);
+  return false;
+}
+
+R4 dew_fraction() { return fl.NL2KEY > 0 ? kDewWithSecondLiquid : 1.0F; }
+
+// A failed search for start values only means a poorer start: its code and its text are dropped.
+void find_start(I4 MODE, Message& STR) {
+  I4 ignored = 0;
+  FLPST(MODE, ignored, STR);
+  STR.blank();
+}
+
+// The enthalpy search, and the nested one when it gives up.
+void adiabatic(Message& STR) {
+  I4 IFAIL = 0;
+  FLPQ3(IFAIL, STR);
+  if (IFAIL == 0) return;
+  STR.blank();
+  FLPQ(STR);
+}
+
+// The properties of the feed as a fictitious mixture: the whole feed stands in both phases.
+void take_feed_as_phases() {
+  fl.FRV = 0.5F;
+  for (int i = 1; i <= fl.NC; ++i) {
+    fl.FV(i) = fl.F(i);
+    fl.Y(i) = fl.FL(i) = fl.X1(i) = fl.SF(i);
+    fl.X2(i) = fl.FLS(i) = 0.0F;
+  }
+}
+
+// False when the code is none of a flash.
+bool flash_of_code(Message& STR) {
+  switch (fl.IFLASH) {
+    case flash_type::bubble_pressure:
+      fl.FRV = 0.0F;
+      find_start(start_mode::bubble_pressure, STR);
+      FLVT(STR);
+      return true;
+    case flash_type::bubble_temperature:
+      fl.FRV = 0.0F;
+      find_start(start_mode::bubble_temperature, STR);
+      FLVP(STR);
+      return true;
+    case flash_type::dew_pressure:
+      fl.FRV = dew_fraction();
+      FLVT(STR);
+      return true;
+    case flash_type::dew_temperature:
+      fl.FRV = dew_fraction();
+      find_start(start_mode::dew_temperature, STR);
+      FLVP(STR);
+      return true;
+    case flash_type::isothermal:
+      FLTP(STR);
+      return true;
+    case flash_type::pressure_at_fraction:
+      FLVT(STR);
+      return true;
+    case flash_type::temperature_at_fraction:
+      FLVP(STR);
+      return true;
+    case flash_type::adiabatic:
+      adiabatic(STR);
+      return true;
+    case flash_type::adiabatic_nested:
+      FLPQ(STR);
+      return true;
+    case flash_type::isothermal_fast:
+      FLTP3(STR);
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+// The flash of a call.
+//
+// Out      STR  message of the flash; false when it is a failure without results
+// Shared   as the flashes; fl.FRV is set before bubble and dew points
+// Reports  " Pressure not above 0, no calculation (TALIX)"            codes without a flash
+//          " Feed too small to form a phase, no calculation (TALIX)"  2.1E-8 mol or less
+// Oddity   an unknown code runs no flash and keeps the flows of the call before. The dew pressure starts from the
+//          host's pressure, without start values of its own.
+bool run_flash(Message& STR) {
+  if (!flash_of_code(STR)) {
+    // Properties without a flash need a pressure all the same.
+    if (!(fl.P > 0.0F)) return refuse(STR, " Pressure not above 0, no calculation (TALIX)");
+    if (fl.IFLASH == flash_type::feed_properties) take_feed_as_phases();
+    return true;
+  }
+  if (is_hard_failure(STR)) return false;
+  if (!(fl.FT > kPhaseLimit)) return refuse(STR, " Feed too small to form a phase, no calculation (TALIX)");
+  return true;
+}
+
+}  // namespace talix
