@@ -120,10 +120,10 @@ extern "C" {
  *   the pseudo-critical temperature that is the vapour column.
  *
  *   A gas may have two dew pressures at one temperature (retrograde condensation), and two dew temperatures at
- *   one pressure. Code 3 gives the lower pressure, whatever the start; the upper one is found by no code. Code 7
- *   gives no text when it finds no temperature: its answer then is a loose or a wrong one. So do codes 2, 4 and 7
- *   when they run into 1 K or 1773.15 K, and codes 1, 3 and 6 when they run into 900 bar. Near and above the
- *   critical point of a mixture all of them may end with two phases that are alike.
+ *   one pressure. Code 3 starts from low pressure and as a rule gives the lower one; the upper one is not sought.
+ *   Code 7 gives no text when it finds no temperature: its answer then is a loose or a wrong one. So do codes 2,
+ *   4 and 7 when they run into 1 K or 1773.15 K, and codes 1, 3 and 6 when they run into 900 bar. Near and above
+ *   the critical point of a mixture all of them may end with two phases that are alike.
  *
  *   A component list whose load failed is not tried again: every call with it ends with the reason in STR,
  * until the list changes or SETTALIXINSTALL is called.
