@@ -126,7 +126,7 @@ extern "C" {
  *   the critical point of a mixture all of them may end with two phases that are alike.
  *
  *   A component list whose load failed is not tried again: every call with it ends with the reason in STR,
- * until the list changes or SETTALIXINSTALL is called.
+ *   until the list changes or SETTALIXINSTALL is called.
  *
  *   Failures (the name behind each text is that of the routine that found it):
  *     " Number of components not between 0 and 50, no calculation (TALIX)"
