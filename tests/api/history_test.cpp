@@ -17,9 +17,13 @@ namespace {
 // Calls of the replaced allocator.
 int allocations = 0;
 
-void* counted(std::size_t size) {
+void* counted_or_null(std::size_t size) noexcept {
   ++allocations;
-  void* memory = std::malloc(size != 0 ? size : 1);
+  return std::malloc(size != 0 ? size : 1);
+}
+
+void* counted(std::size_t size) {
+  void* memory = counted_or_null(size);
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
 }
@@ -28,6 +32,8 @@ void* counted(std::size_t size) {
 
 void* operator new(std::size_t size) { return counted(size); }
 void* operator new[](std::size_t size) { return counted(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return counted_or_null(size); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return counted_or_null(size); }
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
