@@ -44,7 +44,8 @@ TEST(CliCatalogue, EveryKindOfKeyFindsTheComponent) {
 TEST(CliCatalogue, AFormulaOfTwoComponentsNamesNone) { EXPECT_EQ(number_of(small_catalogue(), "C4H10"), 0); }
 
 TEST(CliCatalogue, NamesWithCommasAreTakenWholeFromAList) {
-  const auto list = small_catalogue().parse_list("methane,2,2-dimethylbutane, 1,3-butadiene,1P,124-18-5");
+  const Catalogue catalogue = small_catalogue();
+  const auto list = catalogue.parse_list("methane,2,2-dimethylbutane, 1,3-butadiene,1P,124-18-5");
   ASSERT_EQ(list.size(), 5U);
   EXPECT_EQ(list[1]->number, 29);
   EXPECT_EQ(list[2]->number, 176);
@@ -53,7 +54,8 @@ TEST(CliCatalogue, NamesWithCommasAreTakenWholeFromAList) {
 }
 
 TEST(CliCatalogue, SemicolonsSplitAListWhereTheyStand) {
-  const auto list = small_catalogue().parse_list("butane, 2,2-dimethyl-;ethane");
+  const Catalogue catalogue = small_catalogue();
+  const auto list = catalogue.parse_list("butane, 2,2-dimethyl-;ethane");
   ASSERT_EQ(list.size(), 2U);
   EXPECT_EQ(list[0]->number, 29);
 }
