@@ -68,7 +68,23 @@ Mixture mixture(int count) {
   return m;
 }
 
-FlashCase::FlashCase(int count) : mixture_(mixture(count)) { load_install_directory(); }
+FlashCase::FlashCase(int count, int code) : mixture_(mixture(count)), code_(code) {
+  load_install_directory();
+  if (code == flash_type::bubble_pressure || code == flash_type::bubble_temperature) {
+    mixture_.temperature_C = -120.0F;
+    mixture_.pressure_bar = 10.0F;
+  }
+  if (code < flash_type::pressure_at_fraction || code > flash_type::adiabatic_nested) return;
+  FlashCase isothermal(count);
+  isothermal.run();
+  given_fraction_ = isothermal.fraction_;
+  enthalpy_ = isothermal.scal_[52 + mixture_.numbers.size() + 1];
+  // Start values next to the answer, not on it.
+  if (code == flash_type::pressure_at_fraction)
+    mixture_.pressure_bar *= 0.8F;
+  else
+    mixture_.temperature_C -= 10.0F;
+}
 
 bool FlashCase::run() {
   auto nc = static_cast<I4>(mixture_.numbers.size());
@@ -78,11 +94,14 @@ bool FlashCase::run() {
   }
   float T = mixture_.temperature_C;
   float P = mixture_.pressure_bar;
-  fraction_ = 1.0F;
+  fraction_ = given_fraction_;
+  scal_[52 + mixture_.numbers.size() + 1] = enthalpy_;
+  const I4 before = fl.NENGINE;
   char unit = 'M';
-  I4 code_of_flash = flash_type::isothermal;
+  I4 code_of_flash = code_;
   TALIX(&nc, &T, &P, &fraction_, &unit, 1, &code_of_flash, reinterpret_cast<ScalTable*>(scal_.data()),
         reinterpret_cast<PropertyTable*>(tprops_.data()), text_.data(), static_cast<I4>(text_.size()));
+  engine_calls_ = fl.NENGINE - before;
   return text_[0] == ' ' && text_[1] == ' ';
 }
 

@@ -24,19 +24,31 @@ struct Mixture {
 
 Mixture mixture(int count);
 
-// A flash of code 5 through the public call.
+// Every code of a flash.
+inline constexpr std::array<int, 11> kCodes{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 33};
+inline constexpr std::array<int, 4> kCodeSizes{2, 5, 10, 20};
+
+// A flash through the public call.
 class FlashCase {
  public:
-  explicit FlashCase(int count);
+  // CODE 1 to 10 or 33. Codes 6 and 7 ask for the vapour fraction and codes 8 and 9 for the enthalpy of the isothermal
+  // flash, bubble points for a lower pressure or temperature: the answers are states that exist.
+  explicit FlashCase(int count, int code = 5);
   // One call; false when it ends with a message.
   bool run();
   // Forgets the loaded list, so that the next call loads it again.
   void forget_list();
   [[nodiscard]] std::string message() const;
   [[nodiscard]] float vapour_fraction() const { return fraction_; }
+  // Calls of the mixture driver in the last run.
+  [[nodiscard]] int engine_calls() const { return engine_calls_; }
 
  private:
   Mixture mixture_;
+  std::int32_t code_;
+  float given_fraction_ = 1.0F;
+  float enthalpy_ = 0.0F;
+  int engine_calls_ = 0;
   std::array<float, 52 * 8> scal_{};
   std::array<float, 15 * 3> tprops_{};
   std::array<char, 120> text_{};

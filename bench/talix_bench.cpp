@@ -1,4 +1,4 @@
-// Times of the mixture driver and of the isothermal flash, by number of components.
+// Times of the mixture driver and of every flash, by number of components.
 #include <benchmark/benchmark.h>
 
 #include "bench_cases.h"
@@ -30,6 +30,21 @@ void TALIX_isothermal(benchmark::State& state) {
   state.counters["vapour_fraction"] = static_cast<double>(flash.vapour_fraction());
 }
 
+// Time and calls of the mixture driver for one flash of a code.
+void TALIX_code(benchmark::State& state) {
+  FlashCase flash(static_cast<int>(state.range(1)), static_cast<int>(state.range(0)));
+  if (!flash.run()) state.SkipWithError(flash.message().c_str());
+  for (auto _ : state) benchmark::DoNotOptimize(flash.run());
+  state.counters["engine_calls"] = static_cast<double>(flash.engine_calls());
+  state.counters["vapour_fraction"] = static_cast<double>(flash.vapour_fraction());
+}
+
+void codes(benchmark::internal::Benchmark* b) {
+  b->ArgNames({"code", "components"});
+  for (int code : talix::bench::kCodes)
+    for (int count : talix::bench::kCodeSizes) b->Args({code, count});
+}
+
 void TALIX_load_list(benchmark::State& state) {
   FlashCase flash(static_cast<int>(state.range(0)));
   if (!flash.run()) state.SkipWithError(flash.message().c_str());
@@ -42,6 +57,7 @@ void TALIX_load_list(benchmark::State& state) {
 BENCHMARK(SHMIX0_fugacities)->Apply(sizes);
 BENCHMARK(SHMIX0_thermal)->Apply(sizes);
 BENCHMARK(TALIX_isothermal)->Apply(sizes)->Unit(benchmark::kMicrosecond);
+BENCHMARK(TALIX_code)->Apply(codes)->Unit(benchmark::kMicrosecond);
 BENCHMARK(TALIX_load_list)->Apply(sizes)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

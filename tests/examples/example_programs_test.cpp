@@ -99,7 +99,7 @@ TEST(SharedLibrary, ExportsOnlyThePublicNames) {
   const std::vector<std::string> expected = {
       "CLEARSCAL",     "CLEARTPROPS",     "GETTALIXAPPROPS",     "GETTALIXELEMENTS",
       "GETTALIXPROPS", "GETTALIXPROPSID", "NORMALISECOMPONENTS", "SETTALIXINSTALL",
-      "SETTALIXUSAGE", "TALIX",           "WEIGHTTOMOLE"};
+      "SETTALIXUSAGE", "TALIX",           "TALIXERRORREPORT",    "WEIGHTTOMOLE"};
   EXPECT_EQ(names, expected);
 }
 

@@ -237,6 +237,107 @@ TEST(CliProgram, EarlierFlashesDoNotChangeAResult) {
   EXPECT_EQ(flash("methane,ethane,n-decane", "0.8,0.15,0.05", "25C", "50bar", format).out, first);
 }
 
+json type_json(const std::string& type, const std::vector<std::string>& more) {
+  std::vector<std::string> arguments = {"flash",  "--comp",        "methane,ethane,n-decane",
+                                        "--feed", "0.8,0.15,0.05", "--type",
+                                        type,     "--format",      "json"};
+  arguments.insert(arguments.end(), more.begin(), more.end());
+  const Output output = talix(arguments);
+  EXPECT_EQ(output.code, kExitOk) << type << output.err;
+  return output.code == kExitOk ? json::parse(output.out) : json();
+}
+
+TEST(CliProgram, EveryTypeComesBackToTheIsothermalFlash) {
+  const json tp = type_json("tp", {"-T", "25C", "-P", "20bar"});
+  const double share = tp["vapour_fraction"].get<double>();
+  EXPECT_EQ(tp["type"], "tp");
+  const std::string fraction = std::to_string(share);
+  const json t = type_json("vfrac-t", {"-P", "20bar", "--vfrac", fraction});
+  EXPECT_NEAR(t["T_C"].get<double>(), 25, 0.05);
+  const json p = type_json("vfrac-p", {"-T", "25C", "--vfrac", fraction, "-P", "15bar"});
+  EXPECT_NEAR(p["P_bar"].get<double>(), 20, 0.05);
+  const std::string enthalpy = std::to_string(tp["enthalpy_J_mol"].get<double>());
+  for (const char* type : {"ph", "ph-nested"}) {
+    const json h = type_json(type, {"-P", "20bar", "--H", enthalpy});
+    EXPECT_NEAR(h["T_C"].get<double>(), 25, 0.05) << type;
+    EXPECT_NEAR(h["enthalpy_J_mol"].get<double>(), tp["enthalpy_J_mol"].get<double>(), 1) << type;
+    EXPECT_EQ(h["type"], type);
+  }
+  const json fast = type_json("fast", {"-T", "25C", "-P", "20bar"});
+  EXPECT_NEAR(fast["vapour_fraction"].get<double>(), share, 1e-4);
+}
+
+TEST(CliProgram, BubbleAndDewPointsGiveBothPhases) {
+  const json temperature = type_json("dew-t", {"-P", "20bar"});
+  const std::string T = std::to_string(temperature["T_C"].get<double>());
+  const json pressure = type_json("dew-p", {"-T", T});
+  EXPECT_NEAR(pressure["P_bar"].get<double>(), 20, 0.05);
+  EXPECT_EQ(temperature["vapour_fraction"], 1.0);
+  EXPECT_GT(temperature["phases"]["liquid"]["composition"][2].get<double>(), 0.5);
+  const json bubble = type_json("bubble-t", {"-P", "5bar"});
+  const json back = type_json("bubble-p", {"-T", std::to_string(bubble["T_C"].get<double>())});
+  EXPECT_NEAR(back["P_bar"].get<double>(), 5, 0.02);
+  EXPECT_EQ(bubble["vapour_fraction"], 0.0);
+  EXPECT_GT(bubble["phases"]["vapour"]["composition"][0].get<double>(), 0.9);
+}
+
+TEST(CliProgram, EnthalpyPerMassIsThatOfTheFeed) {
+  const json tp = type_json("tp", {"-T", "25C", "-P", "20bar"});
+  // The mean molar mass of the feed from those of its components.
+  const double mass = 0.8 * 16.0425 + 0.15 * 30.069 + 0.05 * 142.282;
+  const std::string per_kilogram = std::to_string(tp["enthalpy_J_mol"].get<double>() / mass) + "kJ/kg";
+  EXPECT_NEAR(type_json("ph", {"-P", "20bar", "--H", per_kilogram})["T_C"].get<double>(), 25, 0.05);
+  const Output by_mass =
+      talix({"flash", "--comp", "methane,ethane,n-decane", "--feed", "12.834,4.51035,7.1141", "--basis",
+             "mass", "--type", "ph", "-P", "20", "--H", per_kilogram, "--format", "json"});
+  ASSERT_EQ(by_mass.code, kExitOk) << by_mass.err;
+  const json report = json::parse(by_mass.out);
+  EXPECT_NEAR(report["T_C"].get<double>(), 25, 0.05);
+  EXPECT_NEAR(report["enthalpy_J_mol"].get<double>(), tp["enthalpy_J_mol"].get<double>(), 1);
+}
+
+TEST(CliProgram, FeedGivesBothColumnsWithoutASplit) {
+  const json feed = type_json("feed", {"-T", "25C", "-P", "20bar"});
+  EXPECT_TRUE(feed["vapour_fraction"].is_null());
+  EXPECT_TRUE(feed["enthalpy_J_mol"].is_null());
+  EXPECT_NEAR(feed["phases"]["vapour"]["composition"][2].get<double>(), 0.05, 1e-6);
+  EXPECT_NEAR(feed["phases"]["liquid"]["composition"][2].get<double>(), 0.05, 1e-6);
+}
+
+TEST(CliProgram, ErrorReportIsWrittenIntoTheInstallDirectory) {
+  const test::ScratchDirectory scratch;
+  const std::filesystem::path bank = scratch.path() / "bank";
+  std::filesystem::copy(test::install_directory(), bank, std::filesystem::copy_options::recursive);
+  std::filesystem::remove(bank / "talix.err");
+  std::ostringstream out;
+  std::ostringstream err;
+  EXPECT_EQ(run({"flash", "--comp", "methane", "--feed", "1", "-T", "25", "-P", "901", "--error-report",
+                 "--install", bank.string()},
+                out, err),
+            kExitFlashFailed);
+  EXPECT_TRUE(holds(err.str(), "error report added to " + (bank / "talix.err").string())) << err.str();
+  EXPECT_TRUE(std::filesystem::exists(bank / "talix.err"));
+}
+
+TEST(CliProgram, WithoutACatalogueTheLibraryTellsItsComponents) {
+  const test::ScratchDirectory scratch;
+  const std::filesystem::path bank = scratch.path() / "bank";
+  std::filesystem::copy(test::install_directory(), bank, std::filesystem::copy_options::recursive);
+  std::filesystem::remove(bank / "catalogue.csv");
+  std::ostringstream out;
+  std::ostringstream err;
+  ASSERT_EQ(run({"components", "--format", "json", "--install", bank.string()}, out, err), kExitOk)
+      << err.str();
+  const json list = json::parse(out.str());
+  EXPECT_EQ(list.size(), json::parse(talix({"components", "--format", "json"}).out).size());
+  for (const json& entry : list) {
+    if (entry["number"] != 20) continue;
+    EXPECT_NEAR(entry["tc_K"].get<double>(), 190.564, 1e-3);
+    EXPECT_NEAR(entry["pc_bar"].get<double>(), 45.992, 1e-3);
+    EXPECT_EQ(entry["code"], " 1P ");
+  }
+}
+
 TEST(CliProgram, ComponentTwiceCountsTwiceWithANote) {
   const Output output =
       flash("methane,methane,n-decane", "0.4,0.4,0.2", "25C", "50bar", {"--format", "json"});

@@ -32,6 +32,8 @@ TEST(CliReport, JsonHasTheKeysOfEveryPhase) {
   EXPECT_EQ(report["components"], json({"methane", "n-decane"}));
   EXPECT_EQ(report["feed"], json({1.5, 0.5}));
   EXPECT_EQ(report["basis"], "mole");
+  EXPECT_EQ(report["type"], "tp");
+  EXPECT_TRUE(report["enthalpy_J_mol"].is_null());
   EXPECT_EQ(report["T_C"], 25.0);
   EXPECT_EQ(report["P_bar"], 50.0);
   EXPECT_EQ(report["vapour_fraction"], 0.6);

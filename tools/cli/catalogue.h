@@ -25,8 +25,9 @@ struct CatalogueEntry {
 
 class Catalogue {
  public:
-  // Reads catalogue.csv of an install directory; what the bank itself holds no record of is left out. Throws
-  // UsageError where a file cannot be read.
+  // Reads catalogue.csv of an install directory; what the bank itself holds no record of is left out. Without that
+  // file the catalogue calls of the library tell number, name and critical data. Throws UsageError where a file
+  // cannot be read.
   static Catalogue read(const std::filesystem::path& install);
   explicit Catalogue(std::vector<CatalogueEntry> entries) : entries_(std::move(entries)) {}
 

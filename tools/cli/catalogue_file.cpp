@@ -1,6 +1,7 @@
 // Reader of catalogue.csv.
 #include <csv.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -8,11 +9,14 @@
 #include <iterator>
 #include <map>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include "cli/catalogue.h"
 #include "cli/failure.h"
+#include "cli/flash_case.h"
 #include "cli/words.h"
+#include "talix/talix.h"
 
 namespace talix::cli {
 
@@ -64,23 +68,70 @@ class BankRecords {
 
   // Whether the record of that number carries that code.
   bool holds(int number, const std::string& code) {
+    return this->code(number) == std::optional(to_left(code, kCodeBytes));
+  }
+
+  // The code in the record of that number.
+  std::optional<std::string> code(int number) {
     constexpr std::streamoff kRecordBytes = 1000;
     constexpr std::streamoff kCodeOffset = 4;
-    std::array<char, 4> stored{};
+    std::array<char, kCodeBytes> stored{};
     in_.clear();
     in_.seekg((number - 1) * kRecordBytes + kCodeOffset);
     in_.read(stored.data(), stored.size());
-    return in_.good() && std::string_view(stored.data(), stored.size()) == to_left(code, stored.size());
+    if (!in_.good()) return std::nullopt;
+    return std::string(stored.data(), stored.size());
   }
 
  private:
+  static constexpr std::size_t kCodeBytes = 4;
   std::ifstream in_;
 };
+
+std::optional<double> above_zero(float value) {
+  return value > 0.0F ? std::optional(static_cast<double>(value)) : std::nullopt;
+}
+
+// What the catalogue call of the library returns; empty where it reads no component file.
+std::vector<CatalogueEntry> entries_of_library(const std::filesystem::path& install) {
+  constexpr std::size_t kRecords = TALIX_CATALOGUE_RECORDS;
+  constexpr std::size_t kNameLength = TALIX_NAME_LENGTH;
+  std::vector<float> CRITT(kRecords), CRITP(kRecords), MOLWT(kRecords), APBPT(kRecords), FRZPT(kRecords),
+      HEATC(kRecords);
+  std::string PNAME(kRecords * kNameLength, ' ');
+  std::int32_t COUNT = 0;
+  open_library(install);
+  GETTALIXPROPS(&COUNT, CRITT.data(), CRITP.data(), MOLWT.data(), APBPT.data(), FRZPT.data(), HEATC.data(),
+                PNAME.data(), TALIX_NAME_LENGTH);
+  BankRecords records(install);
+  std::vector<CatalogueEntry> entries;
+  for (std::size_t i = 0; i < kRecords && i < static_cast<std::size_t>(std::max(COUNT, 0)); ++i) {
+    const std::string_view name = strip(std::string_view(PNAME).substr(i * kNameLength, kNameLength));
+    if (name.empty() || !(MOLWT[i] > 0.0F)) continue;
+    constexpr double kBarPerMegapascal = 10;
+    CatalogueEntry entry;
+    entry.number = static_cast<int>(i) + 1;
+    entry.code = records.code(entry.number).value_or("");
+    entry.name = name;
+    entry.molar_mass_g_mol = above_zero(MOLWT[i]);
+    entry.tc_K = above_zero(CRITT[i]);
+    entry.pc_bar = above_zero(CRITP[i]);
+    if (entry.pc_bar) *entry.pc_bar *= kBarPerMegapascal;
+    entry.tb_K = above_zero(APBPT[i]);
+    entries.push_back(std::move(entry));
+  }
+  return entries;
+}
 
 }  // namespace
 
 Catalogue Catalogue::read(const std::filesystem::path& install) {
   const std::filesystem::path path = install / "catalogue.csv";
+  std::error_code error;
+  if (!std::filesystem::exists(path, error)) {
+    std::vector<CatalogueEntry> found = entries_of_library(install);
+    if (!found.empty()) return Catalogue(std::move(found));
+  }
   const std::string file = path.string();
   std::ifstream in(path, std::ios::binary);
   if (!in) throw UsageError(file + ": cannot be opened; build the bank with ./dev bank");

@@ -29,13 +29,20 @@ Json phase_json(const std::optional<PhaseResult>& phase) {
 std::string flash_json(const FlashRequest& request, const FlashResult& result) {
   Json feed = Json::array();
   for (const double flow : request.feed) feed.push_back(json_number(std::optional(flow)));
+  const FlashTypeRow& row = row_of(request.type);
+  const auto found = [](const std::optional<float>& value) {
+    return value ? json_number(*value) : Json(nullptr);
+  };
   const Json report = {
       {"components", request.names},
       {"feed", std::move(feed)},
       {"basis", request.basis == Basis::mass ? "mass" : "mole"},
-      {"T_C", json_number(std::optional(request.T_C))},
-      {"P_bar", json_number(std::optional(request.P_bar))},
-      {"vapour_fraction", result.ok ? json_number(result.vapour_fraction) : Json(nullptr)},
+      {"type", row.name},
+      {"T_C", row.finds_temperature ? found(result.T_C) : json_number(std::optional(request.T_C))},
+      {"P_bar", row.finds_pressure ? found(result.P_bar) : json_number(std::optional(request.P_bar))},
+      {"vapour_fraction",
+       result.ok && request.type != FlashType::feed ? json_number(result.vapour_fraction) : Json(nullptr)},
+      {"enthalpy_J_mol", json_number(result.enthalpy_J_mol)},
       {"message", result.message},
       {"phases", {{"vapour", phase_json(result.vapour)}, {"liquid", phase_json(result.liquid)}}},
   };

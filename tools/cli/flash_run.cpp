@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <string>
 
+#include "cli/failure.h"
 #include "cli/flash_case.h"
 #include "cli/words.h"
 #include "talix/talix.h"
@@ -18,7 +19,6 @@ constexpr std::size_t kPropertyRows = TALIX_PROPERTY_ROWS;
 static_assert(kPropertyRows == static_cast<std::size_t>(kProperties));
 constexpr std::size_t kMessageLength = 255;
 
-constexpr std::int32_t kIsothermalFlash = 5;
 constexpr std::int32_t kNoMessageUnit = -1;
 
 // Columns of a phase in the two tables.
@@ -60,7 +60,76 @@ PhaseResult phase(Tables& tables, std::size_t components, const PhaseColumns& co
   return result;
 }
 
-void set_up(const std::filesystem::path& install) {
+// Molar masses of the components as the library has them [g/mol]; 0 where it has none.
+std::vector<double> molar_masses(const FlashRequest& request) {
+  std::vector<double> masses;
+  for (const int number : request.numbers) {
+    const std::int32_t ID = number;
+    float CRITT = 0, CRITP = 0, MOLWT = 0, APBPT = 0, FRZPT = 0, HEATC = 0;
+    std::string PNAME(TALIX_NAME_LENGTH, ' ');
+    std::int32_t STATUS = 0;
+    GETTALIXPROPSID(&ID, &CRITT, &CRITP, &MOLWT, &APBPT, &FRZPT, &HEATC, PNAME.data(), TALIX_NAME_LENGTH,
+                    &STATUS);
+    masses.push_back(STATUS == 0 ? static_cast<double>(MOLWT) : 0);
+  }
+  return masses;
+}
+
+// The vapour fraction that the call begins with. For the isothermal flashes it is a start value: 0.5 would come
+// back as the answer where the equations have no slope.
+float first_fraction(const FlashRequest& request) {
+  return row_of(request.type).takes_vapour_fraction ? static_cast<float>(request.vapour_fraction) : 1.0F;
+}
+
+// Bubble and dew points give the phase that is about to form, and the feed has both by definition.
+bool both_phases(FlashType type) {
+  return type == FlashType::bubble_t || type == FlashType::bubble_p || type == FlashType::dew_t ||
+         type == FlashType::dew_p || type == FlashType::feed;
+}
+
+// A phase that was given no composition is not there.
+bool has_composition(const PhaseResult& phase) {
+  for (const float fraction : phase.composition)
+    if (fraction > 0.0F) return true;
+  return false;
+}
+
+}  // namespace
+
+double feed_moles(const FlashRequest& request, const std::vector<double>& masses) {
+  double moles = 0;
+  for (std::size_t i = 0; i < request.feed.size(); ++i) {
+    if (request.basis == Basis::mole)
+      moles += request.feed[i];
+    else if (request.feed[i] > 0)
+      moles += request.feed[i] / masses[i];
+  }
+  return moles;
+}
+
+double scaled_enthalpy(const FlashRequest& request, const std::vector<double>& masses) {
+  double amount = 0;  // of the feed, in the unit of amount that the target is per
+  for (std::size_t i = 0; i < request.feed.size(); ++i) amount += request.feed[i];
+  double scaled = 0;
+  if (request.enthalpy.basis == EnthalpyBasis::mole) {
+    scaled = request.enthalpy.value * feed_moles(request, masses) / 1000;
+  } else {
+    if (request.basis == Basis::mole) {
+      amount = 0;
+      for (std::size_t i = 0; i < request.feed.size(); ++i) amount += request.feed[i] * masses[i];
+    }
+    // kg times J/kg is J; a kilomole times J/mol is 1000 J.
+    scaled = request.enthalpy.value * amount / 1e6;
+  }
+  if (request.type == FlashType::ph && static_cast<float>(scaled) == 0.0F) {
+    throw UsageError(
+        "--H: a target of 0 is not taken by --type ph, which judges what is missing relative to the target; "
+        "use --type ph-nested, or a target next to 0 such as 0.1 J/mol");
+  }
+  return scaled;
+}
+
+void open_library(const std::filesystem::path& install) {
   std::string path = install.string();
   std::int32_t length = static_cast<std::int32_t>(path.size());
   SETTALIXINSTALL(path.data(), length, &length);
@@ -70,23 +139,29 @@ void set_up(const std::filesystem::path& install) {
   SETTALIXUSAGE(&usage, &hook, &unit);
 }
 
-}  // namespace
-
 FlashResult run_flash(const FlashRequest& request, const std::filesystem::path& install) {
-  set_up(install);
+  open_library(install);
+  return run_flash(request);
+}
 
+FlashResult run_flash(const FlashRequest& request) {
+  const FlashTypeRow& row = row_of(request.type);
+  const bool by_mass = request.basis == Basis::mass || row.takes_enthalpy;
+  const std::vector<double> masses = by_mass ? molar_masses(request) : std::vector<double>();
   Tables tables;
   const std::size_t components = request.numbers.size();
   for (std::size_t i = 1; i <= components; ++i) {
     tables.flow(i, 1) = static_cast<float>(request.numbers[i - 1]);
     tables.flow(i, 2) = static_cast<float>(request.feed[i - 1]);
   }
+  if (row.takes_enthalpy)
+    tables.flow(components + 2, 2) = static_cast<float>(scaled_enthalpy(request, masses));
   std::int32_t NC = static_cast<std::int32_t>(components);
   float T = static_cast<float>(request.T_C);
   float P = static_cast<float>(request.P_bar);
-  float FRV = 1.0F;  // the start value; 0.5 would come back as the answer where the equations have no slope
+  float FRV = first_fraction(request);
   char UNIT = request.basis == Basis::mass ? 'W' : 'M';
-  std::int32_t IFLASH = kIsothermalFlash;
+  std::int32_t IFLASH = row.code;
   std::string STR(kMessageLength, ' ');
   TALIX(&NC, &T, &P, &FRV, &UNIT, 1, &IFLASH, tables.SCAL.data(), tables.TPROPS.data(), STR.data(),
         static_cast<std::int32_t>(kMessageLength));
@@ -96,8 +171,16 @@ FlashResult run_flash(const FlashRequest& request, const std::filesystem::path& 
   result.ok = result.message.empty() || result.message.front() == '.';
   if (!result.ok) return result;
   result.vapour_fraction = FRV;
-  if (FRV > 0.0F) result.vapour = phase(tables, components, kVapour);
-  if (FRV < 1.0F) result.liquid = phase(tables, components, kLiquid);
+  if (row.finds_temperature) result.T_C = T;
+  if (row.finds_pressure) result.P_bar = P;
+  if (FRV > 0.0F || both_phases(request.type)) result.vapour = phase(tables, components, kVapour);
+  if (FRV < 1.0F || both_phases(request.type)) result.liquid = phase(tables, components, kLiquid);
+  if (result.vapour && !has_composition(*result.vapour)) result.vapour.reset();
+  if (result.liquid && !has_composition(*result.liquid)) result.liquid.reset();
+  // The feed as two phases has no enthalpy of its own.
+  const double moles = feed_moles(request, masses);
+  if (request.type != FlashType::feed && moles > 0)
+    result.enthalpy_J_mol = static_cast<double>(tables.flow(components + 2, 2)) * 1000 / moles;
   return result;
 }
 

@@ -90,11 +90,19 @@ void heading(Lines& lines, const FlashRequest& request, const FlashResult& resul
   const auto item = [&](std::string_view name, const std::string& value) {
     lines.line("  " + to_left(name, 17) + value);
   };
-  lines.line("Isothermal flash (Talix " TALIX_VERSION ")");
+  const FlashTypeRow& row = row_of(request.type);
+  lines.line(std::string(row.title) + " (Talix " TALIX_VERSION ")");
   lines.line("");
-  item("Temperature", shortest(std::round(request.T_C * 1e6) / 1e6) + " C");
-  item("Pressure", shortest(std::round(request.P_bar * 1e8) / 1e8) + " bar (absolute)");
-  item("Vapour fraction", fraction_text(static_cast<double>(result.vapour_fraction)) + " mol/mol");
+  item("Temperature", row.finds_temperature && result.T_C
+                          ? shortest(*result.T_C) + " C (found)"
+                          : shortest(std::round(request.T_C * 1e6) / 1e6) + " C");
+  item("Pressure", row.finds_pressure && result.P_bar
+                       ? shortest(*result.P_bar) + " bar (absolute, found)"
+                       : shortest(std::round(request.P_bar * 1e8) / 1e8) + " bar (absolute)");
+  if (request.type != FlashType::feed)
+    item("Vapour fraction", fraction_text(static_cast<double>(result.vapour_fraction)) + " mol/mol");
+  if (row.takes_enthalpy && result.enthalpy_J_mol)
+    item("Enthalpy", six_digits(*result.enthalpy_J_mol) + " J/mol of feed");
   if (!result.vapour || !result.liquid) item("Phases", result.vapour ? "vapour only" : "liquid only");
   item("Message", result.message.empty() ? "none" : result.message);
   lines.line("");
@@ -164,9 +172,13 @@ std::string flash_csv(const FlashRequest& request, const FlashResult& result) {
   const auto of = [&](const std::optional<PhaseResult>& phase, auto&& value) {
     return phase ? number(value(*phase)) : std::string();
   };
-  row("temperature", "C", shortest(request.T_C), "", "");
-  row("pressure", "bar", shortest(request.P_bar), "", "");
-  row("vapour fraction", "mol/mol", number(result.vapour_fraction), "", "");
+  const FlashTypeRow& type = row_of(request.type);
+  row("temperature", "C",
+      type.finds_temperature && result.T_C ? shortest(*result.T_C) : shortest(request.T_C), "", "");
+  row("pressure", "bar",
+      type.finds_pressure && result.P_bar ? shortest(*result.P_bar) : shortest(request.P_bar), "", "");
+  row("vapour fraction", "mol/mol",
+      request.type == FlashType::feed ? std::string() : number(result.vapour_fraction), "", "");
   row("message", "", result.message, "", "");
   const auto fraction = [](const PhaseResult& phase) { return phase.fraction; };
   const auto flow = [](const PhaseResult& phase) { return phase.flow; };

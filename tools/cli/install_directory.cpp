@@ -13,7 +13,7 @@ namespace {
 // The library keeps the directory in a field of 256 characters and adds the names of its files to it.
 constexpr std::size_t kLongestInstall = 220;
 
-constexpr std::array<const char*, 3> kNeeded = {"Zandor/purezan.out", "Zandor/pcdir.asc", "catalogue.csv"};
+constexpr std::array<const char*, 2> kNeeded = {"Zandor/purezan.out", "Zandor/pcdir.asc"};
 
 }  // namespace
 

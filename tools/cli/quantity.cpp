@@ -52,6 +52,22 @@ constexpr auto kPressureUnits = std::to_array<Unit>({
     {"atm", 0, kBarPerAtm, 0},
 });
 
+struct EnthalpyUnit {
+  std::string_view name;  // in lower case
+  double factor;          // to J/mol or J/kg
+  EnthalpyBasis basis;
+};
+
+constexpr auto kEnthalpyUnits = std::to_array<EnthalpyUnit>({
+    {"", 1, EnthalpyBasis::mole},
+    {"j/mol", 1, EnthalpyBasis::mole},
+    {"kj/mol", 1e3, EnthalpyBasis::mole},
+    {"kj/kmol", 1, EnthalpyBasis::mole},
+    {"mj/kmol", 1e3, EnthalpyBasis::mole},
+    {"j/kg", 1, EnthalpyBasis::mass},
+    {"kj/kg", 1e3, EnthalpyBasis::mass},
+});
+
 // The number at the head of a text, which is cut to what follows. Texts like "nan" and "inf" are no numbers
 // here.
 std::optional<double> take_number(std::string_view& text) {
@@ -121,6 +137,30 @@ double parse_pressure(std::string_view text) {
                      "'; the units are bar, Pa, kPa, MPa, psi and atm, all absolute");
   }
   return *bar;
+}
+
+Enthalpy parse_enthalpy(std::string_view text) {
+  std::string_view rest = strip(text);
+  const std::optional<double> value = take_number(rest);
+  if (!value) {
+    throw UsageError("enthalpy '" + std::string(text) +
+                     "': not a number; write for example -1200, -1.2kJ/mol or 35kJ/kg");
+  }
+  const std::string unit = lower(strip(rest));
+  for (const EnthalpyUnit& row : kEnthalpyUnits) {
+    if (row.name == unit) return {*value * row.factor, row.basis};
+  }
+  throw UsageError("enthalpy '" + std::string(text) + "': unknown unit '" + std::string(strip(rest)) +
+                   "'; the units are J/mol, kJ/mol, kJ/kmol, MJ/kmol, J/kg and kJ/kg");
+}
+
+double parse_vapour_fraction(std::string_view text) {
+  std::string_view rest = strip(text);
+  const std::optional<double> value = take_number(rest);
+  if (!value || !strip(rest).empty() || !(*value >= 0 && *value <= 1)) {
+    throw UsageError("vapour fraction '" + std::string(text) + "': not a number from 0 to 1");
+  }
+  return *value;
 }
 
 std::vector<double> parse_feed(std::string_view text) {

@@ -42,6 +42,15 @@ std::vector<std::string> split(std::string_view text, char separator) {
   }
 }
 
+std::string joined(const std::vector<std::string>& parts, std::string_view separator) {
+  std::string text;
+  for (const std::string& part : parts) {
+    if (!text.empty()) text += separator;
+    text += part;
+  }
+  return text;
+}
+
 std::size_t edit_distance(std::string_view a, std::string_view b) {
   std::vector<std::size_t> before(b.size() + 1);
   std::vector<std::size_t> last(b.size() + 1);

@@ -17,6 +17,9 @@ std::string lower(std::string_view text);
 // The parts between separators, stripped; an empty text has one empty part.
 std::vector<std::string> split(std::string_view text, char separator);
 
+// The parts with a separator between.
+std::string joined(const std::vector<std::string>& parts, std::string_view separator);
+
 // Number of letters to insert, delete, replace or swap with their neighbour to make one text the other.
 std::size_t edit_distance(std::string_view a, std::string_view b);
 

@@ -1,0 +1,24 @@
+// Options of every command that takes a mixture.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
+
+#include "cli/catalogue.h"
+
+namespace talix::cli {
+
+struct MixtureOptions {
+  std::vector<std::string> components;
+  std::vector<std::string> feed;
+  std::string basis = "mole";
+};
+
+// Adds --comp, --feed and --basis to a command.
+void add_mixture(CLI::App& command, MixtureOptions& options);
+
+// The components named, in their order; throws UsageError for unknown ones.
+std::vector<const CatalogueEntry*> components_of(const MixtureOptions& options, const Catalogue& catalogue);
+
+}  // namespace talix::cli
