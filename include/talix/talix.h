@@ -138,6 +138,7 @@ extern "C" {
  *     " One of the components has a feed that is not a number, no calculation (TALIX)"
  *     " One of the components has a negative feed, no calculation (TALIX)"
  *     " No feed specified, no calculation (TALIX)"
+ *     " Total feed rate greater than 1.0E+9, no calculation (TALIX)"  codes without a flash
  *     " Feed too small to form a phase, no calculation (TALIX)"  2.1E-8 mol or less
  *     " Component list not loaded, component number n not between 2 and 1246, no calculation (TALIX)"
  *     " Component list not loaded, no component has the number n, no calculation (TALIX)"

@@ -13,6 +13,9 @@ namespace talix {
 
 namespace {
 
+// Largest total feed, as in the flashes [mol].
+constexpr R4 kLargestFeed = 1.0E+9F;
+
 // Vapour fraction of a dew point while a second liquid is sought, so that both liquids keep a share.
 constexpr R4 kDewWithSecondLiquid = 0.999999F;
 
@@ -101,13 +104,16 @@ bool flash_of_code(Message& STR) {
 // Out      STR  message of the flash; false when it is a failure without results
 // Shared   as the flashes; fl.FRV is set before bubble and dew points
 // Reports  " Pressure not above 0, no calculation (TALIX)"            codes without a flash
+//          " Total feed rate greater than 1.0E+9, no calculation (TALIX)"  the same
 //          " Feed too small to form a phase, no calculation (TALIX)"  2.1E-8 mol or less
 // Oddity   an unknown code runs no flash and keeps the flows of the call before. The dew pressure starts from the
 //          host's pressure, without start values of its own.
 bool run_flash(Message& STR) {
   if (!flash_of_code(STR)) {
-    // Properties without a flash need a pressure all the same.
+    // Properties without a flash need a pressure and a feed that a flash would take all the same.
     if (!(fl.P > 0.0F)) return refuse(STR, " Pressure not above 0, no calculation (TALIX)");
+    if (!(fl.FT <= kLargestFeed))
+      return refuse(STR, " Total feed rate greater than 1.0E+9, no calculation (TALIX)");
     if (fl.IFLASH == flash_type::feed_properties) take_feed_as_phases();
     return true;
   }

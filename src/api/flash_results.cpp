@@ -119,16 +119,18 @@ R4 molar_vapour_fraction() {
   return fl.FTV / (fl.FTV + fl.FTL + fl.FTLS);
 }
 
-// Flashes at a given fraction give the properties of the phase about to form too; a phase without any flow
-// has none.
-bool wants_properties(R4 total) { return total > 0.0F && (!absent(total) || !drops_absent_phases()); }
+// Flashes at a given fraction give the properties of the phase about to form too; a phase without any flow or
+// without a composition has none.
+bool wants_properties(R4 total, const FlashVec& composition) {
+  return total > 0.0F && (!absent(total) || !drops_absent_phases()) && TELOP(fl.NC, composition) > 0.0F;
+}
 
 void form_properties(Columns& columns) {
-  if (wants_properties(fl.FTV)) {
+  if (wants_properties(fl.FTV, fl.FV)) {
     MOLFR(fl.NC, fl.FTV, fl.FV, fl.Y);
     phase_properties(flash_phase::vapour, fl.Y, fl.ZV, columns.OUTG);
   }
-  if (wants_properties(fl.FTL)) phase_properties(flash_phase::liquid, fl.X1, fl.ZL, columns.OUTL);
+  if (wants_properties(fl.FTL, fl.X1)) phase_properties(flash_phase::liquid, fl.X1, fl.ZL, columns.OUTL);
   if (!absent(fl.FTLS)) phase_properties(flash_phase::liquid, fl.X2, fl.ZL2, columns.OUTL2);
 }
 

@@ -74,6 +74,28 @@ TEST_F(TalixMessages, PressureOutsideItsRange) {
   expect_cell(3, 4);
 }
 
+TEST_F(TalixMessages, FeedTooLargeForAnyCalculation) {
+  FlashCase gas = natural_gas();
+  gas.IFLASH = flash_type::feed_properties;
+  gas.feed[2] = 2.0E+9F;
+  EXPECT_EQ(gas.run(), " Total feed rate greater than 1.0E+9, no calculation (TALIX)");
+}
+
+TEST_F(TalixMessages, UnknownCodeAfterAnyFlashGivesFiniteProperties) {
+  for (const R4 T : {-150.0F, -20.0F, 100.0F, 600.0F}) {
+    for (const I4 unknown : {-1, 0, 11}) {
+      FlashCase gas = natural_gas();
+      gas.T = T;
+      ASSERT_EQ(gas.run(), "");
+      gas.IFLASH = unknown;
+      ASSERT_EQ(gas.run(), "");
+      for (int row = 1; row <= kPropertyRows; ++row)
+        for (int column = 1; column <= kPropertyColumns; ++column)
+          EXPECT_TRUE(std::isfinite(gas.TPROPS(row, column))) << T << " C, row " << row;
+    }
+  }
+}
+
 TEST_F(TalixMessages, PressureOfZeroIsLeftToTheFlash) {
   FlashCase gas = natural_gas();
   gas.P = 0.0F;
