@@ -4,6 +4,7 @@
 
 #include "fastprops/error_matrix.h"
 #include "fastprops/flash_record.h"
+#include "flash/bracket.h"
 #include "flash/fobj.h"
 
 namespace talix {
@@ -18,9 +19,7 @@ constexpr R4 kEnthalpyTolerance = 1.0E-4F;  // of the target
 constexpr R4 kPlateau = 0.002F;             // [K]
 
 // Bracket, trial and what the trial showed; residuals [flow x J/mol], temperatures [K].
-struct EnthalpySearch {
-  R4 TLOW, THIGH, TMID;
-  R4 FLOW, FHIGH, FMID;
+struct EnthalpySearch : Bracket {
   R4 DFMIDDT;             // slope at TMID [flow x J/(mol K)]
   R4 TLIQHIGH, FLIQHIGH;  // hottest state found to be all liquid
   R4 TVAPLOW, FVAPLOW;    // coldest state found to be all vapour
@@ -46,21 +45,6 @@ bool fail(Message& STR, I4& IFAIL) {
   IFAIL = 1;
   mark_error(error_row::FLPQ2, 1);
   report(STR, " Unbracketed root (FLPQ2)");
-  return false;
-}
-
-// Moves the end of the bracket that has the sign of the trial; false when there is no sign change.
-bool shrink(EnthalpySearch& s) {
-  if (s.FLOW * s.FMID <= 0.0F) {
-    s.THIGH = s.TMID;
-    s.FHIGH = s.FMID;
-    return true;
-  }
-  if (s.FMID * s.FHIGH <= 0.0F) {
-    s.TLOW = s.TMID;
-    s.FLOW = s.FMID;
-    return true;
-  }
   return false;
 }
 

@@ -10,6 +10,7 @@
 #include "fastprops/engine_call.h"
 #include "fastprops/flash_record.h"
 #include "fastprops/small_arrays.h"
+#include "flash/bracket.h"
 
 namespace talix {
 
@@ -38,11 +39,9 @@ constinit Vec<R8, kMaxComponents> PSAT{};
 constinit Vec<R8, kMaxComponents> DPSDT{};
 constinit FlashVec ZF{};
 
-struct Search {
-  R4 TLOW, THIGH, TMID;  // [K]
-  R4 FLOW, FHIGH, FMID;  // objective there
-  R4 DF;                 // slope at TMID [1/K]
-  R4 STEP;               // last step [K]
+struct Search : Bracket {
+  R4 DF;    // slope at TMID [1/K]
+  R4 STEP;  // last step [K]
   I4 ITCOUNT;
 };
 
@@ -105,21 +104,6 @@ void evaluate(I4 MODE, R4 T, R4& F, R4& DF) {
 
 bool unbracketed(Message& STR) {
   report(STR, " Unbracketed root (FLPST)");
-  return false;
-}
-
-// Moves one end of the bracket to TMID; false when neither side holds a change of sign.
-bool shrink(Search& s) {
-  if (s.FLOW * s.FMID <= 0.0F) {
-    s.THIGH = s.TMID;
-    s.FHIGH = s.FMID;
-    return true;
-  }
-  if (s.FMID * s.FHIGH <= 0.0F) {
-    s.TLOW = s.TMID;
-    s.FLOW = s.FMID;
-    return true;
-  }
   return false;
 }
 
