@@ -325,6 +325,12 @@ void write_notes(std::ostream& out) {
          "  quarter above what its liquid near the critical point asks for; its vapour pressure is kept, "
          "its\n"
          "  liquid density is given up from 3.2 K upwards.\n"
+         "- The two curves of b meet at Tc/T 1.04 with different slopes: b falls towards the join and, for "
+         "a\n"
+         "  dense gas, has to rise behind it. For methane (183 K) and nitrogen the fit keeps the jump small, "
+         "or\n"
+         "  bubble lines of natural gas would show a kink there. Methane pays with its density above 300 "
+         "bar.\n"
          "- The correlations of glycols and alkanolamines disagree with each other and with the critical\n"
          "  constants by several percent; closer figures than those shown would not mean more.\n"
          "- Curves are stored in single precision; the figures are those of the stored constants.\n";

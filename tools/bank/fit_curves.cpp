@@ -230,6 +230,12 @@ CurveFit fit_curves(const FitComponent& c, const Reference& ref, const std::arra
     }
   }
   best.cost = solve(pb, best_x, 300);
+  // Aims of its own are followed from there: with them alone the many minima are harder to tell apart.
+  const Aims aims = aims_of(c);
+  if (aims.join > 0.0) {
+    pb.aims = aims;
+    best.cost = solve(pb, best_x, 500);
+  }
   best.starts = used;
   best.curves = rounded(curves_of(best_x.data(), pb.kind));
   best.basis = ref.basis;

@@ -31,21 +31,24 @@ double sigma_psat(double tr) {
   return tr > 0.981 ? 0.01 : (tr > 0.951 ? 0.002 : 0.0012);
 }
 
-double sigma_rhol(double tr) {
+double sigma_rhol(double tr, double rise) {
   if (tr < 0.40) {
     return 0.003 + 0.05 * (0.40 - tr);
   }
   if (tr > 0.981) {
     return 0.05;
   }
-  return tr > 0.951 ? 0.003 + 0.4 * (tr - 0.95) : 0.002;
+  return tr > 0.951 ? 0.003 + rise * (tr - 0.95) : 0.002;
 }
 
-double sigma_gas(const FitComponent& c, const GasPoint& g) {
+double sigma_gas(const FitComponent& c, const GasPoint& g, const Aims& aims) {
   const double tr = g.T / c.tc;
-  double s = g.derived ? 0.02 : 0.003;
+  double s = g.derived ? 0.02 : aims.gas;
   if (tr < 1.25) {
     s *= tr < 1.08 ? 25.0 : (tr < 1.15 ? 12.0 : 4.0);  // next to the critical point the form cannot follow
+  }
+  if (g.P > 300e5) {
+    s *= aims.gas_far;
   }
   if (g.P > 400e5) {
     s *= 4.0;
@@ -65,6 +68,16 @@ double sigma_gas(const FitComponent& c, const GasPoint& g) {
 
 double hinge(double x) { return x > 0.0 ? x : 0.0; }
 
+// The residual whose square grows linearly from about R = WIDTH on, so that what the form cannot follow does not
+// pull on the rest; R itself where WIDTH is 0.
+double softened_residual(double r, double width) {
+  if (!(width > 0.0)) {
+    return r;
+  }
+  const double q = r / width;
+  return std::copysign(width * std::sqrt(2.0 * (std::sqrt(1.0 + q * q) - 1.0)), r);
+}
+
 void saturation_residuals(const Problem& pb, const Curves& cv, std::vector<double>& r) {
   const FitComponent& c = *pb.c;
   for (std::size_t i = 0; i < pb.ref->sat.size(); ++i) {
@@ -83,7 +96,8 @@ void saturation_residuals(const Problem& pb, const Curves& cv, std::vector<doubl
     }
     // Helium: the tabulated b is a quarter too large for the liquid next to the critical point.
     const double loose = pb.kind == Quantum::helium ? 1.0 + 25.0 * hinge(u - 0.60) : 1.0;
-    const double sp = loose * sigma_psat(u), sr = loose * loose * loose * sigma_rhol(u);
+    const double sp = loose * pb.aims.psat * sigma_psat(u);
+    const double sr = loose * loose * loose * pb.aims.rhol * sigma_rhol(u, pb.aims.rhol_rise);
     const Saturation st = saturation(ab, u, s.psat / c.pc);
     if (!st.ok) {
       // Above the equation's own critical temperature: back towards two phases.
@@ -93,7 +107,7 @@ void saturation_residuals(const Problem& pb, const Curves& cv, std::vector<doubl
     }
     const double rho = st.pr * c.pc / (st.ZL * GAS_CONSTANT * s.T);
     r.push_back(std::log(st.pr * c.pc / s.psat) / sp);
-    r.push_back(std::log(rho / s.rhol) / sr);
+    r.push_back(softened_residual(std::log(rho / s.rhol) / sr, pb.aims.rhol_soft));
   }
 }
 
@@ -115,13 +129,15 @@ void gas_residuals(const Problem& pb, const Curves& cv, std::vector<double>& r) 
     const AB ab = curves_at(cv, u, true);
     const Root root = stable_root(ab, u, pr);
     const double z = root.ok ? root.Z : 1.0;
-    r.push_back(std::log(pr / (z * u) * c.pc / (GAS_CONSTANT * c.tc) / g.rho) / sigma_gas(c, g));
+    const double sigma = sigma_gas(c, g, pb.aims);
+    r.push_back(softened_residual(std::log(pr / (z * u) * c.pc / (GAS_CONSTANT * c.tc) / g.rho) / sigma,
+                                  pb.aims.gas_soft));
     const double cp0 = ideal_gas_cp(pb.cp_ig, g.T);
     const Thermal th = thermal(ab, u, pr, z);
-    const double far = sigma_gas(c, g) / 0.003;
-    r.push_back((cp0 + GAS_CONSTANT * th.CP - g.cp) / g.cp / (0.04 * far));
+    const double far = sigma / 0.003;
+    r.push_back((cp0 + GAS_CONSTANT * th.CP - g.cp) / g.cp / (pb.aims.thermal * far));
     if (g.w > 0.0) {
-      r.push_back((sound_speed(th, z, g.T, cp0, c.mw) / g.w - 1.0) / (0.04 * far));
+      r.push_back((sound_speed(th, z, g.T, cp0, c.mw) / g.w - 1.0) / (pb.aims.thermal * far));
     }
   }
   for (const GasPoint& g : pb.ref->guide) {
@@ -130,7 +146,7 @@ void gas_residuals(const Problem& pb, const Curves& cv, std::vector<double>& r) 
     const Root root = stable_root(ab, u, pr);
     const double z = root.ok ? root.Z : 1.0;
     r.push_back(pb.guide_weight * std::log(pr / (z * u) * c.pc / (GAS_CONSTANT * c.tc) / g.rho) /
-                sigma_gas(c, g));
+                sigma_gas(c, g, pb.aims));
   }
   for (std::size_t i = n0; i < r.size(); ++i) r[i] *= gas_weight(c.tc);
 }
@@ -163,11 +179,17 @@ struct ZoneWeight {
   double H, CP;
 };
 
-ZoneWeight zone_weight(double tc) {
+ZoneWeight zone_weight(double tc, const Aims& aims) {
   if (tc / 1.04 < 330.0 && 1.1 * tc > 270.0) return {4.0, 1.0};
   if (tc < 60.0) return tc < 10.0 ? ZoneWeight{0.2, 0.1} : ZoneWeight{0.7, 0.5};
-  if (tc < 230.0) return {0.6, 0.6};
+  if (tc < 230.0) return {aims.zone_H, 0.6};
   return tc < 520.0 ? ZoneWeight{2.0, 1.0} : ZoneWeight{0.7, 0.3};
+}
+
+// Slope of b by T/Tc on the warm side of the join; the tabulated derivative there is a line of its own.
+double slope_behind_join(const Curves& cv) {
+  constexpr double NEAR = 1.0 / 1.03999, FAR = 1.0 / 1.0399;
+  return (curves_at(cv, FAR, false).B - curves_at(cv, NEAR, false).B) / (FAR - NEAR);
 }
 
 void shape_residuals(const Problem& pb, const double* x, const Curves& cv, std::vector<double>& r) {
@@ -180,13 +202,18 @@ void shape_residuals(const Problem& pb, const double* x, const Curves& cv, std::
   const double b_slope =
       (curves_at(cv, 1.1, false).B - curves_at(cv, 1.0 / 1.04, false).B) / (1.1 - 1.0 / 1.04);
   r.push_back(mean_weight * (0.5 * (cv.b1[0] + cv.b1[1]) - b_slope) / 0.02);
-  const ZoneWeight weight = zone_weight(pb.c->tc);
+  const ZoneWeight weight = zone_weight(pb.c->tc, pb.aims);
   for (const ZoneState& z : ZONE_STATES) {
     const ZoneError e = zone_error(cv, z.u, z.pr);
     r.push_back(weight.H * e.H / 0.1);
     if (z.heat_capacity) {
       r.push_back(weight.CP * e.CP);
     }
+  }
+  if (pb.aims.join > 0.0) {
+    // Where the curves of b meet: a jump of the slope shows as a kink of bubble lines.
+    const double hot = slope_behind_join(cv);
+    r.push_back(pb.aims.join * (cv.b1[0] - hot) / 0.001);
   }
   // The critical point of the equation stays at the component's own.
   const double level = tabulated_level(pb.kind);
@@ -224,6 +251,25 @@ void shape_residuals(const Problem& pb, const double* x, const Curves& cv, std::
 }
 
 }  // namespace
+
+// Methane and nitrogen: a smoother join, and densities up to pipeline pressures before those beyond 300 bar, which
+// the form reaches only with a steep rise of b behind the join.
+Aims aims_of(const FitComponent& c) {
+  Aims aims;
+  if (c.code == " 1P " || c.code == "N2  ") {
+    aims.psat = 1.2;
+    aims.rhol = 0.5;
+    aims.rhol_rise = 0.7;
+    aims.gas = 0.0012;
+    aims.gas_far = 3.0;
+    aims.thermal = 0.03;
+    aims.rhol_soft = 3.0;
+    aims.gas_soft = 3.0;
+    aims.join = 0.6;
+    aims.zone_H = 0.3;
+  }
+  return aims;
+}
 
 double tabulated_join(Quantum k) {
   switch (k) {

@@ -28,12 +28,30 @@ enum Variable {
   P15
 };
 
+// What a fit asks of the curves beyond the plain weights. The defaults are the plain weights.
+struct Aims {
+  double psat = 1.0;       // factor on the standard deviation of the vapour pressure
+  double rhol = 1.0;       // factor on that of the liquid density
+  double rhol_rise = 0.4;  // rise of that of the liquid density above 0.951 Tc, per unit of T/Tc
+  double gas = 0.003;      // standard deviation of the gas density, relative
+  double gas_far = 1.0;    // factor on it above 300 bar
+  double thermal = 0.04;   // standard deviation of heat capacity and speed of sound of the gas, relative
+  double rhol_soft = 0.0;  // residual of the liquid density from which it counts linearly; 0: none
+  double gas_soft = 0.0;   // the same for the gas density
+  double join = 0.0;       // weight of the jump of db/d(T/Tc) where the two curves of b meet
+  double zone_H = 0.6;  // weight of the enthalpy inside the zones, where the critical point lies below 230 K
+};
+
+// The plain weights, or those of the main constituents of natural gas.
+Aims aims_of(const FitComponent& c);
+
 // What one fit runs on.
 struct Problem {
   const FitComponent* c = nullptr;
   const Reference* ref = nullptr;
   std::array<double, 8> cp_ig{};
   Quantum kind = Quantum::none;
+  Aims aims;
   double guide_weight = 1.0;         // 1 where no measured-quality gas points exist
   std::vector<PointSolution> point;  // a and b of each saturation point; A 0 where there is none
   bool pointwise = false;            // first stage: residuals on the pointwise a and b
