@@ -68,14 +68,42 @@ Mixture mixture(int count) {
   return m;
 }
 
-FlashCase::FlashCase(int count, int code) : mixture_(mixture(count)), code_(code) {
+const char* name_of(Region region) {
+  switch (region) {
+    case Region::two_phases:
+      return "two phases";
+    case Region::gas:
+      return "gas";
+    case Region::dense_gas:
+      return "dense gas";
+    case Region::liquid:
+      return "liquid";
+  }
+  return "";
+}
+
+FlashCase::FlashCase(int count, int code, int level, Region region) : FlashCase(count, code, level) {
+  // The mixture has its decane whatever its size: hot enough for all of it, and cold enough for its methane.
+  if (region == Region::gas) {
+    mixture_.temperature_C = 300.0F;
+    mixture_.pressure_bar = 5.0F;
+  } else if (region == Region::dense_gas) {
+    mixture_.temperature_C = 300.0F;
+    mixture_.pressure_bar = 300.0F;
+  } else if (region == Region::liquid) {
+    mixture_.temperature_C = -120.0F;
+    mixture_.pressure_bar = 100.0F;
+  }
+}
+
+FlashCase::FlashCase(int count, int code, int level) : mixture_(mixture(count)), code_(code), level_(level) {
   load_install_directory();
   if (code == flash_type::bubble_pressure || code == flash_type::bubble_temperature) {
     mixture_.temperature_C = -120.0F;
     mixture_.pressure_bar = 10.0F;
   }
   if (code < flash_type::pressure_at_fraction || code > flash_type::adiabatic_nested) return;
-  FlashCase isothermal(count);
+  FlashCase isothermal(count, flash_type::isothermal, level);
   isothermal.run();
   given_fraction_ = isothermal.fraction_;
   enthalpy_ = isothermal.scal_[52 + mixture_.numbers.size() + 1];
@@ -96,13 +124,14 @@ bool FlashCase::run() {
   float P = mixture_.pressure_bar;
   fraction_ = given_fraction_;
   scal_[52 + mixture_.numbers.size() + 1] = enthalpy_;
+  SETTALIXVERIFY(&level_);
   const I4 before = fl.NENGINE;
   char unit = 'M';
   I4 code_of_flash = code_;
   TALIX(&nc, &T, &P, &fraction_, &unit, 1, &code_of_flash, reinterpret_cast<ScalTable*>(scal_.data()),
         reinterpret_cast<PropertyTable*>(tprops_.data()), text_.data(), static_cast<I4>(text_.size()));
   engine_calls_ = fl.NENGINE - before;
-  return text_[0] == ' ' && text_[1] == ' ';
+  return text_[0] == '.' || (text_[0] == ' ' && text_[1] == ' ');
 }
 
 void FlashCase::forget_list() { load_install_directory(); }

@@ -24,6 +24,15 @@ struct Mixture {
 
 Mixture mixture(int count);
 
+// Levels of SETTALIXVERIFY: the flashes alone, and with the check behind them.
+inline constexpr std::array<int, 2> kLevels{0, 1};
+
+// States of the isothermal flashes of the mixture.
+enum class Region { two_phases, gas, dense_gas, liquid };
+inline constexpr std::array<Region, 4> kRegions{Region::two_phases, Region::gas, Region::dense_gas,
+                                                Region::liquid};
+const char* name_of(Region region);
+
 // Every code of a flash.
 inline constexpr std::array<int, 11> kCodes{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 33};
 inline constexpr std::array<int, 4> kCodeSizes{2, 5, 10, 20};
@@ -33,8 +42,10 @@ class FlashCase {
  public:
   // CODE 1 to 10 or 33. Codes 6 and 7 ask for the vapour fraction and codes 8 and 9 for the enthalpy of the isothermal
   // flash, bubble points for a lower pressure or temperature: the answers are states that exist.
-  explicit FlashCase(int count, int code = 5);
-  // One call; false when it ends with a message.
+  explicit FlashCase(int count, int code = 5, int level = 1);
+  // An isothermal flash (code 5 or 10) in a region.
+  FlashCase(int count, int code, int level, Region region);
+  // One call; false when it fails.
   bool run();
   // Forgets the loaded list, so that the next call loads it again.
   void forget_list();
@@ -46,6 +57,7 @@ class FlashCase {
  private:
   Mixture mixture_;
   std::int32_t code_;
+  std::int32_t level_;
   float given_fraction_ = 1.0F;
   float enthalpy_ = 0.0F;
   int engine_calls_ = 0;

@@ -22,3 +22,12 @@ if(TALIX_SANITIZE)
   endif()
   target_link_options(talix_options INTERFACE -fsanitize=address,undefined)
 endif()
+# The search for inputs follows which branches an input takes, in every file of the library.
+if(TALIX_FUZZ)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    message(FATAL_ERROR "TALIX_FUZZ needs clang: its fuzzing library drives the search")
+  endif()
+  target_compile_options(talix_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
+                                                 -fno-omit-frame-pointer -O2 -g1)
+  target_link_options(talix_options INTERFACE -fsanitize=address,undefined)
+endif()

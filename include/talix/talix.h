@@ -70,12 +70,14 @@ extern "C" {
  *                    10  fast isothermal flash at T and P
  *                    33  no flash: properties of the feed, as vapour in column 1 and as liquid in column 2
  *                    other codes: no flash, the results are assembled from the flows of the call before
- *                    Codes 1 to 4 give properties and composition of the phase that is about to form, too. The
- *                    composition is that of the last but one iteration; a flow of about 2E-8 stands for the phase
+ *                    Codes 1 to 4 give properties and composition of the phase that is about to form, too. A flow
+ *                    of about 2E-8 mol stands for the phase; at level 1 of SETTALIXVERIFY it is one of a feed of about
+ *                    1. At level 0 the composition is that of the last but one iteration
  *   SCAL    in, out  52 rows by 8 columns, see below
  *   TPROPS  out      15 rows by 3 columns, see below
  *   STR     out      message. Blank: the results stand. First character a full stop: a warning, the results
- *                    stand. Anything else: a failure; SCAL, TPROPS, T, P, FRV keep what they held
+ *                    stand. Anything else: a failure; SCAL, TPROPS, T, P, FRV keep what they held, bit for bit, but
+ *                    for the cleared target SCAL(NC+2,2) and the capital of UNIT
  *   STR_LENGTH       characters of STR, at least 5; 120 hold every message. A longer message is cut
  *
  *   SCAL, with one row for each component in rows 1 to NC, totals in row NC+1, enthalpies in row NC+2. Flows and
@@ -92,7 +94,7 @@ extern "C" {
  *     8       second-liquid composition       second-liquid fraction       -
  *
  *   Enthalpies are mole flow times J/mol divided by 1000: with kmol they are MJ. SCAL row NC+2, column 2 is the
- *   target of codes 8 and 9, not 0 for code 8; for all other codes it is set to 0 on entry. Component numbers
+ *   target of codes 8 and 9, not 0 for code 8 at level 0; for all other codes it is set to 0 on entry. Component numbers
  *   are 2 to 1246 (GETTALIXPROPS lists them); they are cut to integers.
  *
  *   TPROPS, column 1 vapour, 2 liquid, 3 second liquid; a phase that is absent has zeros. All rows are per
@@ -119,11 +121,37 @@ extern "C" {
  *   from its phase boundary is reported in the column of the phase that the equation of state identifies; above
  *   the pseudo-critical temperature that is the vapour column.
  *
- *   A gas may have two dew pressures at one temperature (retrograde condensation), and two dew temperatures at
- *   one pressure. Code 3 starts from low pressure and as a rule gives the lower one; the upper one is not sought.
- *   Code 7 gives no text when it finds no temperature: its answer then is a loose or a wrong one. So do codes 2,
- *   4 and 7 when they run into 1 K or 1773.15 K, and codes 1, 3 and 6 when they run into 900 bar. Near and above
- *   the critical point of a mixture all of them may end with two phases that are alike.
+ *   Two levels, chosen by SETTALIXVERIFY.
+ *
+ *   Level 0: the flashes alone. Code 3 starts from low pressure and as a rule gives the lower one of two dew
+ *   pressures; the upper one is not sought. Code 7 gives no text when it finds no temperature: its answer then is a
+ *   loose or a wrong one. So do codes 2, 4 and 7 when they run into 1 K or 1773.15 K, and codes 1, 3 and 6 when they
+ *   run into 900 bar. Near and above the critical point of a mixture all of them may end with two phases that are
+ *   alike, and codes 5 and 10 report two such phases for many a dense gas. A second liquid is not sought.
+ *
+ *   Level 1, as from the start: what a flash finds is checked in 64-bit reals, and where it does not hold the state is
+ *   solved anew; where the check cannot settle it, or no such state exists, a text says so. No answer is left loose.
+ *     - Codes 5 and 10: one phase is stable against every other phase that the search tries; two phases have equal
+ *       fugacities, differ, and have a lower Gibbs energy than the feed as one phase. A feed that is proven to be one
+ *       phase is not flashed at all.
+ *     - Codes 1 to 4, 6 and 7: two different phases in equilibrium at the fraction that was asked for. Where there are
+ *       several such states (a gas may have two dew pressures at one temperature, and two dew temperatures at one
+ *       pressure) the one nearest to the start value counts: to P on entry, as the ratio of pressures, for codes 1, 3
+ *       and 6 (a start value of 0 counts as 2 bar), to T on entry for codes 2, 4 and 7. Where there is none, the text
+ *       names the limit that was passed.
+ *     - Codes 8 and 9: the checked state at the pressure that has the enthalpy. A target out of reach gets a text with
+ *       the range of enthalpies at that pressure. Code 8 takes a target of 0 too.
+ *     - Two liquids in equilibrium stand in the columns liquid and second liquid with a vapour fraction of 0; in the
+ *       first the denser one, by its molar volume over the mean critical volume of its components. Where a third phase would lower the Gibbs energy further the best two phases stand, and
+ *       a warning that begins with a full stop names the third.
+ *     - The smallest flow of a phase, 2E-8 mol, is one of a feed of about 1: a total feed outside 0.1 to 1E+4 mol is
+ *       flashed as the same feed times a power of two, and its results are multiplied back, so that feeds of any size
+ *       have the same fractions and properties. What is too small or too large is refused as at level 0.
+ *     - A result does not depend on earlier calls. None is handed out that is not a finite number.
+ *     - A check makes at most 20,000 engine calls beside those of the flash itself: as a rule fewer than 70 for codes
+ *       5, 8, 9 and 10, and 30 to some thousand for the others, which follow the saturation line where the answer of
+ *       the flash does not settle which of several states is the nearest.
+ *     - A text that stands at the end is echoed once; the texts of a search that is mended are not.
  *
  *   A component list whose load failed is not tried again: every call with it ends with the reason in STR,
  *   until the list changes or SETTALIXINSTALL is called.
@@ -168,9 +196,25 @@ extern "C" {
  *     " Pressure not above 0, no flash calculation (FLTP3)"                 code 10
  *     " Argument missing, no calculation (TALIX)"                a null pointer
  *     " Not enough memory, no calculation (TALIX)"               while a component list was loaded
+ *   Failures at level 1 only, where ... stands for a number; the temperatures of these texts are in kelvin:
+ *     " Isothermal flash could not be settled at ... K and ... bar (TALIX)"      codes 5 and 10
+ *     " No bubble point at ... K (TALIX)", or "No dew point", or "No state with vapour fraction ..."; or at ... bar.
+ *         Codes 1 to 4, 6 and 7. Behind the state stands what is known of the reason:
+ *         ": above the cricondentherm of ... K"   ": above the cricondenbar of ... bar"
+ *         ": above the critical temperature of ... K"   ": above the critical pressure of ... bar"
+ *         ": above 900 bar"   ": none up to 900 bar"   ": none from 50 to 1200 K"
+ *     " Saturation point could not be settled at ... K (TALIX)", or bar           codes 1 to 4, 6 and 7
+ *     " Enthalpy of ... kJ/mol out of reach at ... bar: from ... to ... kJ/mol (TALIX)"  codes 8, 9
+ *     " Adiabatic flash could not be settled at ... bar (TALIX)"                  codes 8 and 9
+ *     " Target enthalpy is not a number, no calculation (TALIX)"                  codes 8 and 9
+ *     " A result is not a number, no calculation (TALIX)"
+ *   The texts about convergence above are those of level 0.
  *   Warnings, with results:
  *     ".Adiabatic flash is having convergence trouble (FLPQ)"                codes 8 and 9
  *     ".Warning: adiabatic flash only achieved by eliminating some components (FLPQ3)"  code 8
+ *     ". A third phase, liquid, would lower the Gibbs energy further (TALIX)", or vapour  level 1, codes 1 to 10
+ *     ". Enthalpy missed by ... kJ/mol: a third phase is left out at ... K (TALIX)"      level 1, codes 8 and 9: no two
+ *         phases have the enthalpy; the nearest state stands
  */
 TALIX_CALL void TALIX(int32_t* NC, float* T, float* P, float* FRV, char* UNIT, int32_t UNIT_LENGTH,
                       int32_t* IFLASH, float* SCAL, float* TPROPS, char* STR, int32_t STR_LENGTH);
@@ -193,6 +237,14 @@ TALIX_CALL void SETTALIXINSTALL(const char* PATH, int32_t PATH_LENGTH, const int
  *   MSGUNIT  in  0 standard error, 6 standard output, any other (for instance -1) drops the line
  */
 TALIX_CALL void SETTALIXUSAGE(const int32_t* USAGE1, const int32_t* MSGHOOK, const int32_t* MSGUNIT);
+
+/*
+ * SETTALIXVERIFY: whether a check stands behind the flashes. Kept until it is set again.
+ *
+ *   LEVEL  in  0: the flashes run alone. 1, as from the start: what a flash finds is checked and, where it does not
+ *              hold, solved anew; see the levels at TALIX. Any other value, or a null pointer, changes nothing
+ */
+TALIX_CALL void SETTALIXVERIFY(const int32_t* LEVEL);
 
 /*
  * TALIXERRORREPORT: appends to the file talix.err in the install directory which kinds of failures the flashes met

@@ -64,6 +64,8 @@ void SETTALIXUSAGE(const int32_t* USAGE1, const int32_t* MSGHOOK, const int32_t*
   talix::SETTALIXUSAGE(USAGE1, MSGHOOK, MSGUNIT);
 }
 
+void SETTALIXVERIFY(const int32_t* LEVEL) { talix::SETTALIXVERIFY(LEVEL); }
+
 void TALIXERRORREPORT() {
   contained([] { talix::ERRREPORT(); });
 }

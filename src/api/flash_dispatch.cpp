@@ -8,6 +8,7 @@
 #include "flash/fltp3.h"
 #include "flash/flvp.h"
 #include "flash/flvt.h"
+#include "flash/phase_check.h"
 
 namespace talix {
 
@@ -97,9 +98,23 @@ bool flash_of_code(Message& STR) {
   }
 }
 
+// A second liquid that the check found in the call before; the flashes without a key component leave it as it is.
+void forget_second_liquid() {
+  fl.FLS.fill(0.0F);
+  fl.X2.fill(0.0F);
+}
+
+bool is_flash() {
+  return fl.IFLASH >= flash_type::bubble_pressure && fl.IFLASH <= flash_type::isothermal_fast;
+}
+
+bool is_isothermal() {
+  return fl.IFLASH == flash_type::isothermal || fl.IFLASH == flash_type::isothermal_fast;
+}
+
 }  // namespace
 
-// The flash of a call.
+// The flash of a call, and the check behind it unless fl.UNVERIFIED.
 //
 // Out      STR  message of the flash; false when it is a failure without results
 // Shared   as the flashes; fl.FRV is set before bubble and dew points
@@ -109,6 +124,9 @@ bool flash_of_code(Message& STR) {
 // Oddity   an unknown code runs no flash and keeps the flows of the call before. The dew pressure starts from the
 //          host's pressure, without start values of its own.
 bool run_flash(Message& STR) {
+  const bool checked = !fl.UNVERIFIED;
+  if (is_flash()) forget_second_liquid();
+  if (checked && is_isothermal() && settle_one_phase()) return true;
   if (!flash_of_code(STR)) {
     // Properties without a flash need a pressure and a feed that a flash would take all the same.
     if (!(fl.P > 0.0F)) return refuse(STR, " Pressure not above 0, no calculation (TALIX)");
@@ -117,6 +135,7 @@ bool run_flash(Message& STR) {
     if (fl.IFLASH == flash_type::feed_properties) take_feed_as_phases();
     return true;
   }
+  if (checked) check_flash(STR);
   if (is_hard_failure(STR)) return false;
   if (!(fl.FT > kPhaseLimit)) return refuse(STR, " Feed too small to form a phase, no calculation (TALIX)");
   return true;

@@ -1,5 +1,6 @@
 #include "api/flash_results.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -62,8 +63,17 @@ void move_phase(R4& total_from, FlashVec& flow_from, FlashVec& x_from, R4& total
   }
 }
 
+// The check has told the phases of a saturation point and two liquids apart: the identity of the one with the flow,
+// which is that of the other near a critical point, does not count.
+bool phases_are_told() {
+  if (fl.UNVERIFIED) return false;
+  return fl.IFLASH < flash_type::isothermal || fl.IFLASH == flash_type::pressure_at_fraction ||
+         fl.IFLASH == flash_type::temperature_at_fraction || !absent(fl.FTLS);
+}
+
 // A single phase that the engine identifies as the other one changes its columns.
 void settle_identity() {
+  if (phases_are_told()) return;
   if (!absent(fl.FTV) && absent(fl.FTL)) {
     if (phase_identity(flash_phase::vapour, fl.Y) != flash_phase::liquid) return;
     move_phase(fl.FTV, fl.FV, fl.Y, fl.FTL, fl.FL, fl.X1);
@@ -171,10 +181,17 @@ RealField real_field(R4 value) {
   return field;
 }
 
+// Behind a check the target may lie near 0, where 32-bit flows and enthalpies cannot meet it to a part of itself: the
+// miss counts against RT of the feed there.
+R4 scale_of_target() {
+  if (fl.UNVERIFIED) return fl.QSPEC;
+  return std::copysign(std::max(std::fabs(fl.QSPEC), fl.FT * kFlashGasConstant * fl.T), fl.QSPEC);
+}
+
 // The adiabatic flash by the enthalpy search tells what is missing from its target; the results stand.
 void check_enthalpy(Message& STR) {
   constexpr R4 kEnthalpyTolerance = 1.0E-4F;
-  const R4 D = (fl.QSPEC / 1000.0F - fl.SF(fl.NC + 2)) * 1000.0F / fl.QSPEC;
+  const R4 D = (fl.QSPEC / 1000.0F - fl.SF(fl.NC + 2)) * 1000.0F / scale_of_target();
   if (!(std::fabs(D) > kEnthalpyTolerance)) return;
   char text[80];
   const int length = std::snprintf(text, sizeof text, " Adiabatic flash has changed enthalpy by %s%% (FLPQ3)",
@@ -192,7 +209,8 @@ void check_enthalpy(Message& STR) {
 // Reports  " Unable to find accurate specific heat, no calculation (TALIX)", not echoed and not counted, when
 //          the vapour's heat capacity at constant volume is negative; the tables stay as written
 //          " Adiabatic flash has changed enthalpy by ...% (FLPQ3)", code flash_type::adiabatic; the tables stay as
-//          written
+//          written. Behind a check it is a part of RT of the feed where the target is smaller, and a target of 0 has
+//          an answer
 void assemble_results(char UNIT, R4& T, R4& P, R4& FRV, ScalTable& SCAL, PropertyTable& TPROPS,
                       Message& STR) {
   form_totals_and_fractions();

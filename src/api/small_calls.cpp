@@ -26,6 +26,16 @@ void SETTALIXUSAGE(const I4* USAGE1, const I4* MSGHOOK, const I4* MSGUNIT) {
   fl.MSGUNIT = *MSGUNIT;
 }
 
+// SETTALIXVERIFY: the check behind the flashes, kept until it is set again.
+//
+// In       LEVEL  I4  verify_level::flashes_alone or verify_level::checked; anything else changes nothing
+// Shared   sets fl.UNVERIFIED
+void SETTALIXVERIFY(const I4* LEVEL) {
+  if (LEVEL == nullptr) return;
+  if (*LEVEL == verify_level::flashes_alone) fl.UNVERIFIED = true;
+  if (*LEVEL == verify_level::checked) fl.UNVERIFIED = false;
+}
+
 void CLEARSCAL(ScalTable* SCAL) {
   if (SCAL != nullptr) SCAL->fill(0.0F);
 }

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <string_view>
 
+#include "api/feed_scale.h"
 #include "api/flash_dispatch.h"
 #include "api/flash_results.h"
 #include "api/vlinit.h"
@@ -53,6 +54,9 @@ void start_call(char& UNIT) {
   if (UNIT == 'm') UNIT = 'M';
   fl.NL2KEY = 0;
   fl.KVRESET = false;
+  fl.ECHO_HELD = false;
+  // The check works on the engine: it has nothing to say about the equation of the direct route.
+  if constexpr (!kEngineRoute) fl.UNVERIFIED = true;
 }
 
 // The component list and the feed of the host; false when they cannot be taken over.
@@ -95,6 +99,9 @@ void take_state(R4 T, R4 P, R4 FRV, ScalTable& SCAL) {
   fl.P = P;
   fl.QSPEC = fl.SF(fl.NC + 2) * 1000.0F;
   fl.FRV = FRV;
+  fl.T_ASKED = fl.T;
+  fl.P_ASKED = fl.P;
+  fl.FRV_ASKED = FRV;
 }
 
 bool check_state(Message& STR) {
@@ -163,8 +170,19 @@ bool check_load(Message& STR) {
   return refuse(STR, {text, static_cast<std::size_t>(length)});
 }
 
+// The flash of the call. Behind a check the texts of its passes are not final: what stands at the end is echoed once.
+bool flash_and_echo(Message& STR) {
+  fl.ECHO_HELD = !fl.UNVERIFIED;
+  const bool done = run_flash(STR);
+  if (fl.ECHO_HELD) {
+    fl.ECHO_HELD = false;
+    if (!trimmed(STR).empty()) echo(trimmed(STR));
+  }
+  return done;
+}
+
 // Everything up to the flash; false with a message when there is no result.
-bool calculate(I4 NC, R4 T, R4 P, R4 FRV, char& UNIT, I4 IFLASH, ScalTable& SCAL, Message& STR) {
+bool prepare(I4 NC, R4 T, R4 P, R4 FRV, char& UNIT, I4 IFLASH, ScalTable& SCAL, Message& STR) {
   start_call(UNIT);
   if (!take_list(NC, SCAL, STR)) return false;
   fl.IFLASH = IFLASH;
@@ -176,7 +194,58 @@ bool calculate(I4 NC, R4 T, R4 P, R4 FRV, char& UNIT, I4 IFLASH, ScalTable& SCAL
     KGMOL(fl.NC, fl.F, fl.AMW);
     fl.FT = TELOP(fl.NC, fl.F);
   }
-  return run_flash(STR);
+  return true;
+}
+
+// What a call writes into.
+struct HostResults {
+  R4 T, P, FRV;
+  ScalTable SCAL;
+  PropertyTable TPROPS;
+};
+constinit HostResults entry{};
+
+// Columns 2 to 5 of row NC+2 hold enthalpies.
+constexpr int kEnthalpyColumns = 5;
+
+// Of the entries that a call writes.
+bool all_finite(const ScalTable& SCAL, const PropertyTable& TPROPS) {
+  for (int column = 2; column <= kScalColumns; ++column) {
+    const int first = column == 2 ? fl.NC + 1 : 1;
+    const int last = column <= kEnthalpyColumns ? fl.NC + 2 : fl.NC + 1;
+    for (int row = first; row <= last; ++row)
+      if (!std::isfinite(SCAL(row, column))) return false;
+  }
+  for (int column = 1; column <= kPropertyColumns; ++column)
+    for (int row = 1; row <= kPropertyRows; ++row)
+      if (!std::isfinite(TPROPS(row, column))) return false;
+  return true;
+}
+
+// The result tables, on the feed of the host. Behind a check no result that is not a number is handed out: the host
+// keeps what it had.
+void hand_results(R4 factor, char UNIT, R4& T, R4& P, R4& FRV, ScalTable& SCAL, PropertyTable& TPROPS,
+                  Message& STR) {
+  const bool verified = !fl.UNVERIFIED;
+  if (verified) entry = {T, P, FRV, SCAL, TPROPS};
+  assemble_results(UNIT, T, P, FRV, SCAL, TPROPS, STR);
+  scale_results(1.0F / factor, SCAL);
+  if (!verified) return;
+  if (std::isfinite(T) && std::isfinite(P) && std::isfinite(FRV) && all_finite(SCAL, TPROPS)) return;
+  T = entry.T;
+  P = entry.P;
+  FRV = entry.FRV;
+  SCAL = entry.SCAL;
+  TPROPS = entry.TPROPS;
+  report(STR, " A result is not a number, no calculation (TALIX)");
+}
+
+// The flash and its results; behind a check on a feed of about 1, where the host's is far from it.
+void calculate(char UNIT, R4& T, R4& P, R4& FRV, ScalTable& SCAL, PropertyTable& TPROPS, Message& STR) {
+  const R4 factor = fl.UNVERIFIED ? 1.0F : feed_factor();
+  scale_feed(factor);
+  if (flash_and_echo(STR)) hand_results(factor, UNIT, T, P, FRV, SCAL, TPROPS, STR);
+  scale_state(1.0F / factor);
 }
 
 }  // namespace
@@ -189,7 +258,8 @@ bool calculate(I4 NC, R4 T, R4 P, R4 FRV, char& UNIT, I4 IFLASH, ScalTable& SCAL
 // Out      SCAL columns 3 to 8 and its two summary rows, TPROPS, STR
 // Shared   fl, errmat
 // Status   STR: blank, a warning that begins with a full stop, or a failure without results
-// Reports  the messages below, each echoed; cells 2 to 6 of TALIX
+// Reports  the messages above, each echoed; cells 2 to 6 of TALIX
+//          " A result is not a number, no calculation (TALIX)"  behind a check only
 // Oddity   W decides the basis of the feed and M that of the results: a third letter means a feed in moles
 //          and results in mass. The temperature failure counts only when messages go to the hook. A failed
 //          load
@@ -201,8 +271,8 @@ void TALIX(I4* NC, R4* T, R4* P, R4* FRV, char* UNIT, I4 /*UNIT_LENGTH*/, I4* IF
   if (NC == nullptr || T == nullptr || P == nullptr || FRV == nullptr || UNIT == nullptr ||
       IFLASH == nullptr || SCAL == nullptr || TPROPS == nullptr) {
     report(message, " Argument missing, no calculation (TALIX)");
-  } else if (calculate(*NC, *T, *P, *FRV, *UNIT, *IFLASH, *SCAL, message)) {
-    assemble_results(*UNIT, *T, *P, *FRV, *SCAL, *TPROPS, message);
+  } else if (prepare(*NC, *T, *P, *FRV, *UNIT, *IFLASH, *SCAL, message)) {
+    calculate(*UNIT, *T, *P, *FRV, *SCAL, *TPROPS, message);
   }
   hand_back(message, STR, STR_LENGTH);
 }

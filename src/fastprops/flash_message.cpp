@@ -39,6 +39,7 @@ void write_line(std::string_view line) {
 
 // A list-style line begins with one blank; a unit that is not open drops the line.
 void echo(std::string_view text) {
+  if (fl.ECHO_HELD) return;
   if (fl.MSGHOOK) {
     WRLIN(kHookFirst, kHookSecond, text, static_cast<I4>(text.size()), kHookWidth);
     return;

@@ -16,7 +16,7 @@ using Message = Text<160>;
 bool is_hard_failure(const Message& STR);
 // Stores TEXT in STR and echoes it.
 void report(Message& STR, std::string_view text);
-// Sends a message to WRLIN or as one line to unit MSGUNIT.
+// Sends a message to WRLIN or as one line to unit MSGUNIT; does nothing while fl.ECHO_HELD.
 void echo(std::string_view text);
 // Sends a line as it stands to unit MSGUNIT.
 void write_line(std::string_view line);

@@ -85,6 +85,9 @@ struct FlashRecord {
   R4 T;               // temperature [K] (TALIX; flashes move it)
   R4 P;               // pressure [bar] (TALIX; flashes move it)
   R4 FRV;             // vapour fraction: specification before the flash, result after it
+  R4 T_ASKED;         // T, P and FRV as the caller passed them, [K], [bar] and [-]: what is given and, of the
+  R4 P_ASKED;         // other ones, the start value (TALIX)
+  R4 FRV_ASKED;
   R4 QSPEC;           // target total enthalpy of the adiabatic flashes [flow x J/mol]
   I4 NCAL;            // call status, flash_status::* (TALIX, flashes)
   L4 KFLAT;           // the isothermal flash found no slope in its equations (FLTP, FLPQ)
@@ -158,6 +161,8 @@ struct FlashRecord {
   Text<256> INSTALL;  // install directory, no trailing separator (SETTALIXINSTALL)
   I4 INSTALL_LENGTH;  // characters of INSTALL in use
   I4 USAGE1;          // stored, not read (SETTALIXUSAGE)
+  L4 UNVERIFIED;      // the flashes run without the check behind them (SETTALIXVERIFY)
+  L4 ECHO_HELD;       // messages are stored but not echoed: the check may still mend what they tell (TALIX)
   L4 MSGHOOK;         // send echo lines to WRLIN (SETTALIXUSAGE)
   I4 MSGUNIT;         // unit of echo lines: 0 standard error, 6 standard output, others drop the line
 

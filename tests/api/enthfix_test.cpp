@@ -33,7 +33,7 @@ std::string run_fix(FlashCase& c) {
 
 class EnthalpyFixCalls : public testing::Test {
  protected:
-  void SetUp() override { test::fresh_library(); }
+  void SetUp() override { test::fresh_flashes_alone(); }
 };
 
 TEST_F(EnthalpyFixCalls, OtherCodesPassThrough) {

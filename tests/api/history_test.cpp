@@ -94,8 +94,8 @@ void make_history() {
   }
 }
 
-// The same calls in a process of their own.
-void fresh_outcomes(Outcome* results) {
+// The same calls in a process of their own, with or without the check behind the flashes.
+void fresh_outcomes(int level, Outcome* results) {
   int ends[2];
   ASSERT_EQ(::pipe(ends), 0);
   const pid_t child = ::fork();
@@ -103,6 +103,7 @@ void fresh_outcomes(Outcome* results) {
   if (child == 0) {
     ::close(ends[0]);
     test::fresh_library();
+    test::verify(level);
     for (const State& s : kStates) {
       const Outcome r = call(s.T, s.P, 'M', 5, kFeed);
       if (::write(ends[1], &r, sizeof r) != static_cast<ssize_t>(sizeof r)) ::_exit(1);
@@ -126,14 +127,17 @@ void fresh_outcomes(Outcome* results) {
 }
 
 TEST(History, CallAfterAThousandOthersEqualsAFreshProcessBitForBit) {
-  test::fresh_library();
-  Outcome fresh[std::size(kStates)];
-  fresh_outcomes(fresh);
-  make_history();
-  for (std::size_t k = 0; k < std::size(kStates); ++k) {
-    const Outcome after = call(kStates[k].T, kStates[k].P, 'M', 5, kFeed);
-    EXPECT_EQ(std::memcmp(&after, &fresh[k], sizeof after), 0) << "state " << k;
-    EXPECT_EQ(after.STR[0], ' ');
+  for (const int level : {0, 1}) {
+    test::fresh_library();
+    test::verify(level);
+    Outcome fresh[std::size(kStates)];
+    fresh_outcomes(level, fresh);
+    make_history();
+    for (std::size_t k = 0; k < std::size(kStates); ++k) {
+      const Outcome after = call(kStates[k].T, kStates[k].P, 'M', 5, kFeed);
+      EXPECT_EQ(std::memcmp(&after, &fresh[k], sizeof after), 0) << "state " << k << ", level " << level;
+      EXPECT_EQ(after.STR[0], ' ');
+    }
   }
 }
 
@@ -143,7 +147,10 @@ TEST(Allocation, RepeatedCallsAllocateNothing) {
   const int before = allocations;
   for (const State& s : kStates)
     for (const char UNIT : {'M', 'W'})
-      for (const I4 code : {5, 33, 77}) call(s.T, s.P, UNIT, code, kFeed);
+      for (const int level : {0, 1}) {
+        test::verify(level);
+        for (const I4 code : {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 33, 77}) call(s.T, s.P, UNIT, code, kFeed);
+      }
   call(5000.0F, 1.0F, 'M', 5, kFeed);
   EXPECT_EQ(allocations, before);
 }

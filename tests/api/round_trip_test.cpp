@@ -80,7 +80,7 @@ struct Count {
 
 class RoundTrips : public testing::Test {
  protected:
-  void SetUp() override { test::fresh_library(); }
+  void SetUp() override { test::fresh_flashes_alone(); }
 
   std::map<std::string, Count> shares[kLegCount];
   std::map<std::string, int> causes;

@@ -161,4 +161,48 @@ TEST_F(SharedLibraryCalls, ErrorReportNamesTheRoutineThatFailed) {
   EXPECT_NE(report.find("   1 TALIX         3\n"), std::string::npos) << report;
 }
 
+// Two phases in a feed of 6E-8 mol: the smaller one lies below the least flow of the flashes, and only the check, which
+// flashes the same feed as one of about 1, finds it.
+TEST_F(SharedLibraryCalls, LevelOfTheCheckIsKeptAndOtherLevelsChangeNothing) {
+  const auto fraction = [this] {
+    std::int32_t nc = 2;
+    std::int32_t code = 5;
+    float T = -60.0F, P = 10.0F, FRV = 1.0F;
+    char unit = 'M';
+    std::vector<float> scal(TALIX_SCAL_ROWS * TALIX_SCAL_COLUMNS, 0.0F);
+    std::vector<float> tprops(TALIX_PROPERTY_ROWS * TALIX_PROPERTY_COLUMNS, 0.0F);
+    scal[0] = 20.0F;
+    scal[1] = 22.0F;
+    scal[TALIX_SCAL_ROWS] = 5.0E-8F;
+    scal[TALIX_SCAL_ROWS + 1] = 1.0E-8F;
+    std::string message(120, '?');
+    TALIX_CALL_OF(library, TALIX)
+    (&nc, &T, &P, &FRV, &unit, 1, &code, scal.data(), tprops.data(), message.data(),
+     static_cast<std::int32_t>(message.size()));
+    EXPECT_EQ(message, std::string(120, ' '));
+    return FRV;
+  };
+  const auto set = TALIX_CALL_OF(library, SETTALIXVERIFY);
+  ASSERT_NE(set, nullptr);
+  const float checked = fraction();
+  const std::int32_t zero = 0, one = 1;
+  set(&zero);
+  const float alone = fraction();
+  EXPECT_TRUE(alone == 0.0F || alone == 1.0F) << alone;
+  EXPECT_GT(checked, 0.5F);
+  EXPECT_LT(checked, 0.99F);
+  for (const std::int32_t other : {-1, 2, 98}) {
+    set(&other);
+    EXPECT_EQ(fraction(), alone) << other;
+  }
+  set(nullptr);
+  EXPECT_EQ(fraction(), alone);
+  set(&one);
+  EXPECT_EQ(fraction(), checked);
+  for (const std::int32_t other : {-1, 2, 98}) {
+    set(&other);
+    EXPECT_EQ(fraction(), checked) << other;
+  }
+}
+
 }  // namespace

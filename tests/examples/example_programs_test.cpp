@@ -97,9 +97,9 @@ TEST(SharedLibrary, ExportsOnlyThePublicNames) {
   std::vector<std::string> names;
   for (const std::string& line : out.lines) names.push_back(line.substr(19, line.find('\n') - 19));
   const std::vector<std::string> expected = {
-      "CLEARSCAL",     "CLEARTPROPS",     "GETTALIXAPPROPS",     "GETTALIXELEMENTS",
-      "GETTALIXPROPS", "GETTALIXPROPSID", "NORMALISECOMPONENTS", "SETTALIXINSTALL",
-      "SETTALIXUSAGE", "TALIX",           "TALIXERRORREPORT",    "WEIGHTTOMOLE"};
+      "CLEARSCAL",       "CLEARTPROPS",         "GETTALIXAPPROPS", "GETTALIXELEMENTS", "GETTALIXPROPS",
+      "GETTALIXPROPSID", "NORMALISECOMPONENTS", "SETTALIXINSTALL", "SETTALIXUSAGE",    "SETTALIXVERIFY",
+      "TALIX",           "TALIXERRORREPORT",    "WEIGHTTOMOLE"};
   EXPECT_EQ(names, expected);
 }
 

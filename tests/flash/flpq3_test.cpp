@@ -19,7 +19,7 @@ constexpr const char* kWarning =
 
 class TargetFlash : public testing::Test {
  protected:
-  void SetUp() override { test::fresh_library(); }
+  void SetUp() override { test::fresh_flashes_alone(); }
   struct Result {
     std::string text;
     I4 IFAIL;

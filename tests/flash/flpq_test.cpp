@@ -17,7 +17,7 @@ namespace {
 class NestedFlash : public testing::Test {
  protected:
   void SetUp() override {
-    test::fresh_library();
+    test::fresh_flashes_alone();
     test::load(test::natural_gas());
   }
   static std::string flash(R4 T, R4 P, R4 QSPEC) {

@@ -19,7 +19,7 @@ namespace {
 class PhaseRegionSearch : public testing::Test {
  protected:
   void SetUp() override {
-    test::fresh_library();
+    test::fresh_flashes_alone();
     load({22, 23, 25, 28}, {0.2F, 0.3F, 0.3F, 0.2F});
   }
   void TearDown() override { set_stop_handler(nullptr); }

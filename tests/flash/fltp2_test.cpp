@@ -18,7 +18,7 @@ namespace {
 class OlderFlash : public testing::Test {
  protected:
   void SetUp() override {
-    test::fresh_library();
+    test::fresh_flashes_alone();
     test::load(test::natural_gas());
     fl.T = 253.15F;
     fl.P = 40.0F;

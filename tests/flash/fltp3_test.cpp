@@ -20,7 +20,7 @@ namespace {
 
 class FastFlash : public testing::Test {
  protected:
-  void SetUp() override { test::fresh_library(); }
+  void SetUp() override { test::fresh_flashes_alone(); }
   static void load(const std::vector<int>& numbers, const std::vector<R4>& feed) {
     test::FlashCase c;
     c.numbers = numbers;

@@ -18,7 +18,7 @@ namespace {
 class IsothermalFlash : public testing::Test {
  protected:
   void SetUp() override {
-    test::fresh_library();
+    test::fresh_flashes_alone();
     load(test::natural_gas());
   }
   static void load(test::FlashCase c) { ASSERT_EQ(c.run(), ""); }
@@ -246,7 +246,7 @@ TEST(Damping, LatePassesFollowTheFirstRuleThatApplies) {
 class SecondLiquid : public testing::Test {
  protected:
   void SetUp() override {
-    test::fresh_library();
+    test::fresh_flashes_alone();
     test::FlashCase wet;
     wet.numbers = {20, 22, 28, 9};
     wet.feed = {0.50F, 0.15F, 0.20F, 0.15F};

@@ -23,7 +23,7 @@ constexpr R4 kNan = std::numeric_limits<R4>::quiet_NaN();
 class TemperatureSearch : public testing::Test {
  protected:
   void SetUp() override {
-    test::fresh_library();
+    test::fresh_flashes_alone();
     load({22, 23, 25, 28}, {0.2F, 0.3F, 0.3F, 0.2F});
   }
   static void load(std::vector<int> numbers, std::vector<R4> feed) {
@@ -267,7 +267,7 @@ TEST(TemperatureStep, SixSignsOfNoSolutionEndTheSearch) {
 class TemperatureSearchSecondLiquid : public testing::Test {
  protected:
   void SetUp() override {
-    test::fresh_library();
+    test::fresh_flashes_alone();
     test::FlashCase wet;
     wet.numbers = {20, 22, 28, 9};
     wet.feed = {0.50F, 0.15F, 0.20F, 0.15F};

@@ -23,7 +23,7 @@ constexpr R4 kNan = std::numeric_limits<R4>::quiet_NaN();
 class PressureSearch : public testing::Test {
  protected:
   void SetUp() override {
-    test::fresh_library();
+    test::fresh_flashes_alone();
     load({22, 23, 25, 28}, {0.2F, 0.3F, 0.3F, 0.2F});
   }
   // Leaves a mixture at 300 K in the record, its search started from 5 bar.
@@ -274,7 +274,7 @@ TEST(PressureEquations, SecondLiquidStaysOutWhileThePressureRises) {
 class PressureSearchSecondLiquid : public testing::Test {
  protected:
   void SetUp() override {
-    test::fresh_library();
+    test::fresh_flashes_alone();
     test::FlashCase wet;
     wet.numbers = {20, 22, 28, 9};
     wet.feed = {0.50F, 0.15F, 0.20F, 0.15F};

@@ -39,7 +39,7 @@ bool in_derivative_zone(R4 T) {
 
 class EnthalpyBalance : public testing::Test {
  protected:
-  void SetUp() override { test::fresh_library(); }
+  void SetUp() override { test::fresh_flashes_alone(); }
 };
 
 TEST_F(EnthalpyBalance, SlopeOfTwoPhasesIsThatOfTheEnthalpy) {

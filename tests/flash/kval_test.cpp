@@ -16,7 +16,7 @@ class Kvalues : public testing::Test {
   void SetUp() override { load(test::natural_gas()); }
 
   static void load(test::FlashCase c) {
-    test::fresh_library();
+    test::fresh_flashes_alone();
     ASSERT_EQ(c.run(), "");
   }
   static R4 wilson(int i) {

@@ -111,7 +111,7 @@ std::string bin_name(R8 T, R8 P, R8 Tpc) {
 class RandomFlashes : public testing::Test {
  protected:
   void SetUp() override {
-    test::fresh_library();
+    test::fresh_flashes_alone();
     bank = bank_numbers();
     ASSERT_GE(bank.size(), 60U);
   }

@@ -196,7 +196,7 @@ constexpr R8 kHostPressure = 10.0;      // [bar]
 constexpr R8 kHostTemperature = 300.0;  // [K]
 
 TEST(SaturationShares, RightAnswersByPressure) {
-  test::fresh_library();
+  test::fresh_flashes_alone();
   Shares bubble_p("code 1, bubble pressure",
                   {{"below 30 bar", 0, 30, 100}, {"30-60 bar", 30, 60, 89}, {"above 60 bar", 60, 1e9, 0}});
   Shares bubble_t("code 2, bubble temperature",

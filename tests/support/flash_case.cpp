@@ -24,6 +24,16 @@ void fresh_library(const std::string& install) {
 
 void fresh_library() { fresh_library(install_directory()); }
 
+void verify(int level) {
+  const I4 LEVEL = level;
+  SETTALIXVERIFY(&LEVEL);
+}
+
+void fresh_flashes_alone() {
+  fresh_library();
+  verify(verify_level::flashes_alone);
+}
+
 void install_from(const std::string& directory) {
   const I4 length = static_cast<I4>(directory.size());
   SETTALIXINSTALL(directory.c_str(), length, &length);

@@ -13,6 +13,10 @@ namespace talix::test {
 // directory.
 void fresh_library();
 void fresh_library(const std::string& install);
+// The same with the flashes alone, without the check behind them: for what the flashes themselves answer.
+void fresh_flashes_alone();
+// Level of the check behind the flashes, 0 or 1, as a host sets it. A fresh library is at 1.
+void verify(int level);
 // Sets the install directory as a host does.
 void install_from(const std::string& directory);
 

@@ -90,7 +90,8 @@ TEST(CliProgram, VersionAndHelpAnswerWithoutABank) {
   std::ostringstream out;
   std::ostringstream err;
   EXPECT_EQ(run({"flash", "--help"}, out, err), kExitOk);
-  for (const char* part : {"bar (default)", "C (default)", "--basis", "kg/m3", "Example", "--install"}) {
+  for (const char* part :
+       {"bar (default)", "C (default)", "--basis", "kg/m3", "Example", "--install", "--verify"}) {
     EXPECT_TRUE(holds(out.str(), part)) << part;
   }
 }
@@ -101,6 +102,8 @@ TEST(CliProgram, WrongArgumentsExitWithTwo) {
   EXPECT_EQ(talix({"flash"}).code, kExitUsage);
   EXPECT_EQ(flash("methane", "1", "25C", "50bar", {"--basis", "volume"}).code, kExitUsage);
   EXPECT_EQ(flash("methane", "1", "25C", "50bar", {"--format", "xml"}).code, kExitUsage);
+  for (const char* level : {"2", "-1", "yes"})
+    EXPECT_EQ(flash("methane", "1", "25C", "50bar", {"--verify", level}).code, kExitUsage) << level;
   for (const auto& [feed, part] :
        std::vector<std::pair<std::string, std::string>>{{"0.5", "2 components but 1 feed values"},
                                                         {"0.5,0.5,1", "2 components but 3 feed values"},
@@ -196,6 +199,35 @@ TEST(CliProgram, OnePhaseLeavesTheOtherNull) {
   EXPECT_EQ(liquid["vapour_fraction"], 0.0);
   EXPECT_TRUE(liquid["phases"]["vapour"].is_null());
   EXPECT_FALSE(liquid["phases"]["liquid"].is_null());
+}
+
+TEST(CliProgram, TwoLiquidsStandInColumnsOfTheirOwnUnlessTheFlashesRunAlone) {
+  const json report = flash_json("methane,H2S", "0.6,0.4", "-100C", "60bar");
+  EXPECT_EQ(report["vapour_fraction"], 0.0);
+  EXPECT_EQ(report["message"], "");
+  EXPECT_TRUE(report["phases"]["vapour"].is_null());
+  const json& liquid = report["phases"]["liquid"];
+  const json& second = report["phases"]["second_liquid"];
+  EXPECT_LT(liquid["composition"][0].get<double>(), 0.2);
+  EXPECT_GT(second["composition"][0].get<double>(), 0.8);
+  EXPECT_GT(liquid["properties"]["density_kg_m3"].get<double>(),
+            second["properties"]["density_kg_m3"].get<double>());
+  EXPECT_NEAR(liquid["fraction"].get<double>() + second["fraction"].get<double>(), 1, 1e-5);
+  for (std::size_t i = 0; i < 2; ++i)
+    EXPECT_NEAR(liquid["flow"].get<double>() * liquid["composition"][i].get<double>() +
+                    second["flow"].get<double>() * second["composition"][i].get<double>(),
+                report["feed"][i].get<double>(), 1e-5);
+  const json alone = flash_json("methane,H2S", "0.6,0.4", "-100C", "60bar", {"--verify", "0"});
+  EXPECT_TRUE(alone["phases"]["second_liquid"].is_null());
+  // The level is that of the request, not of the one before.
+  EXPECT_EQ(flash_json("methane,H2S", "0.6,0.4", "-100C", "60bar"), report);
+}
+
+TEST(CliProgram, WarningOfTheCheckIsShownWithTheResults) {
+  const Output output = flash("methane,propane,n-pentane,water", "0.4,0.2,0.2,0.2", "0C", "20bar");
+  EXPECT_EQ(output.code, kExitOk);
+  EXPECT_TRUE(holds(output.err, "talix: warning: . A third phase, ")) << output.err;
+  EXPECT_TRUE(holds(output.out, "  Message          . A third phase, ")) << output.out;
 }
 
 TEST(CliProgram, FailedFlashExitsWithOneAndTheMessageOfTheLibrary) {

@@ -67,6 +67,55 @@ TEST(CliReport, JsonHasTheKeysOfEveryPhase) {
   EXPECT_TRUE(report["phases"]["liquid"]["properties"]["viscosity_mPa_s"].is_null());
 }
 
+// Two liquids without a vapour, the lighter one second.
+FlashResult two_liquid_result() {
+  FlashResult result = two_phase_result();
+  result.second_liquid = result.vapour;
+  result.vapour.reset();
+  result.vapour_fraction = 0;
+  return result;
+}
+
+TEST(CliReport, SecondLiquidHasTheKeysOfAPhaseOrIsNull) {
+  const json without = json::parse(flash_json(two_component_request(), two_phase_result()));
+  EXPECT_TRUE(without["phases"].contains("second_liquid"));
+  EXPECT_TRUE(without["phases"]["second_liquid"].is_null());
+  const json with = json::parse(flash_json(two_component_request(), two_liquid_result()));
+  EXPECT_TRUE(with["phases"]["vapour"].is_null());
+  EXPECT_EQ(with["phases"]["second_liquid"], without["phases"]["vapour"]);
+  EXPECT_EQ(with["phases"]["liquid"], without["phases"]["liquid"]);
+}
+
+TEST(CliReport, SecondLiquidHasAColumnOnlyWhereItIs) {
+  const std::string without = flash_table(two_component_request(), two_phase_result());
+  EXPECT_EQ(without.find("Second liquid"), std::string::npos);
+  const std::vector<std::string> table = lines_of(flash_table(two_component_request(), two_liquid_result()));
+  int headings = 0;
+  for (const std::string& line : table) {
+    if (line.find("Second liquid") != std::string::npos) {
+      ++headings;
+      EXPECT_EQ(line.substr(line.size() - 30), "         Liquid  Second liquid") << line;
+    }
+    if (line.rfind("  Phases", 0) == 0) {
+      EXPECT_EQ(line, "  Phases           two liquids");
+    }
+    if (line.rfind("  methane", 0) == 0) {
+      EXPECT_EQ(line.substr(line.size() - 45), "              -       0.375000       0.999950") << line;
+    }
+  }
+  EXPECT_EQ(headings, 2);
+  FlashResult three = two_liquid_result();
+  three.vapour = three.liquid;
+  EXPECT_NE(flash_table(two_component_request(), three).find("vapour and two liquids"), std::string::npos);
+}
+
+TEST(CliReport, CsvHasAColumnForASecondLiquidWhereItIs) {
+  const std::vector<std::string> csv = lines_of(flash_csv(two_component_request(), two_liquid_result()));
+  EXPECT_EQ(csv[0], "quantity,unit,feed,vapour,liquid,second liquid");
+  for (const std::string& line : csv) EXPECT_EQ(std::count(line.begin(), line.end(), ','), 5) << line;
+  EXPECT_EQ(csv[5], "flow,kmol,2,,0.8,1.2");
+}
+
 TEST(CliReport, AbsentPhaseIsNullInJsonAndADashInTheTable) {
   FlashResult result = two_phase_result();
   result.vapour_fraction = 1.0F;

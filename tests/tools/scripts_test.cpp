@@ -139,7 +139,7 @@ TEST(DevScript, HelpOfEveryCommandIsThere) {
   const std::string dev = quoted(kSource + "/dev");
   const ProcessResult overview = run_process(dev);
   EXPECT_EQ(overview.code, 0);
-  for (const char* command : {"setup", "build", "run", "test", "bench", "lint", "bank"}) {
+  for (const char* command : {"setup", "build", "run", "test", "bench", "lint", "fuzz", "bank"}) {
     EXPECT_TRUE(holds(overview.output, "  " + std::string(command) + " ")) << command;
     const ProcessResult help = run_process(dev + " " + command + " --help");
     EXPECT_EQ(help.code, 0) << command;

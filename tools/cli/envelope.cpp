@@ -164,8 +164,9 @@ class Tracer {
   }
 
   // Whether the isothermal flash finds other phases on one side of a place than on the other. Beyond the critical point
-  // bubble and dew flashes still give answers, with the same single phase all around them.
+  // bubble and dew flashes alone still give answers, with the same single phase all around them.
   bool divides(const Place& middle) {
+    if (answers_are_checked()) return true;
     constexpr double kReach = 0.02;
     const FlashResult hot = ask(FlashType::tp, {middle.x + kReach, middle.y - kReach});
     const FlashResult cold = ask(FlashType::tp, {middle.x - kReach, middle.y + kReach});
@@ -182,8 +183,13 @@ class Tracer {
     if (progress_) progress_(points_.back());
   }
 
+  // The library gives no answer that is none, and warns of a second liquid, beside which isothermal flashes find other
+  // phases than those of the line.
+  bool answers_are_checked() const { return request_.verify != 0; }
+
   // Whether a point of low pressure has the right phases on both sides.
   bool on_the_line(const EnvelopePoint& point) {
+    if (answers_are_checked()) return true;
     constexpr double kKelvin = 0.1;
     const Place middle = place(point.T_C, point.P_bar);
     const double outward = (dew() ? kKelvin : -kKelvin) / kKelvinPerUnit;
@@ -216,6 +222,27 @@ class Tracer {
       keep(std::move(point));
       keep(std::move(next));
       step_ = longest_ / 2;
+      return true;
+    }
+    return start_at_temperature();
+  }
+
+  // The same from the lowest temperature that has a point: where the liquid splits in two at low temperature, a bubble
+  // line begins at a high pressure.
+  bool start_at_temperature() {
+    constexpr double kColdest = -150;
+    constexpr double kHottest = 400;
+    constexpr double kNextKelvin = 10;
+    if (!answers_are_checked()) return false;
+    for (double T_C = kColdest; T_C <= kHottest; T_C += kNextKelvin) {
+      EnvelopePoint point = saturation(false, place(T_C, options_.from_P_bar));
+      if (!point.ok || point.P_bar < options_.from_P_bar) continue;
+      const Place here = place(point.T_C, point.P_bar);
+      EnvelopePoint next = saturation(false, {here.x + longest_ / 4, here.y});
+      if (!next.ok) continue;
+      keep(std::move(point));
+      keep(std::move(next));
+      step_ = longest_ / 4;
       return true;
     }
     return false;

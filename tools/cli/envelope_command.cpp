@@ -87,10 +87,11 @@ int EnvelopeCommand::run(const std::string& install_option, std::ostream& out, s
   if (!options_.from_pressure.empty()) trace.from_P_bar = parse_pressure(joined(options_.from_pressure, " "));
   if (!(trace.from_P_bar > 0)) throw UsageError("--from-P: the pressure must be above 0");
   std::vector<std::string> notes;
-  const FlashRequest mixture =
+  FlashRequest mixture =
       make_request(components_of(options_.mixture, catalogue), parse_feed(joined(options_.mixture.feed, ",")),
                    kStartTemperature_C, trace.from_P_bar,
                    options_.mixture.basis == "mass" ? Basis::mass : Basis::mole, notes);
+  mixture.verify = options_.mixture.verify;
   for (const std::string& note : notes) err << "talix: note: " << note << "\n";
 
   open_library(install);

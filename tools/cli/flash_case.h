@@ -25,6 +25,7 @@ struct FlashRequest {
   FlashType type = FlashType::tp;
   double vapour_fraction = 0;  // [mol/mol] for the types that take it
   Enthalpy enthalpy;           // of the feed, the target of the types that take it
+  int verify = 1;              // level of the check behind the flashes: 0 none, 1 check and repair
 };
 
 // Rows of the property table of a phase, in the order of the library.
@@ -55,6 +56,7 @@ struct FlashResult {
   std::optional<double> enthalpy_J_mol;  // of all phases per mole of feed
   std::optional<PhaseResult> vapour;     // nothing: no such phase
   std::optional<PhaseResult> liquid;
+  std::optional<PhaseResult> second_liquid;  // of two liquids the one less dense for its components
 };
 
 // Checks what was typed and forms the request; `notes` takes remarks that do not stop the calculation.

@@ -59,6 +59,7 @@ FlashRequest requested(const FlashOptions& options, const Catalogue& catalogue,
       make_request(components_of(options.mixture, catalogue), parse_feed(joined(options.mixture.feed, ",")),
                    T_C, P_bar, basis, notes);
   request.type = type;
+  request.verify = options.mixture.verify;
   if (!options.vapour_fraction.empty())
     request.vapour_fraction = parse_vapour_fraction(options.vapour_fraction);
   if (!options.enthalpy.empty()) request.enthalpy = parse_enthalpy(joined(options.enthalpy, " "));

@@ -44,7 +44,10 @@ std::string flash_json(const FlashRequest& request, const FlashResult& result) {
        result.ok && request.type != FlashType::feed ? json_number(result.vapour_fraction) : Json(nullptr)},
       {"enthalpy_J_mol", json_number(result.enthalpy_J_mol)},
       {"message", result.message},
-      {"phases", {{"vapour", phase_json(result.vapour)}, {"liquid", phase_json(result.liquid)}}},
+      {"phases",
+       {{"vapour", phase_json(result.vapour)},
+        {"liquid", phase_json(result.liquid)},
+        {"second_liquid", phase_json(result.second_liquid)}}},
   };
   // A name that is not valid UTF-8 must not spoil the report.
   return report.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";

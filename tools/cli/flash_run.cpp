@@ -29,6 +29,7 @@ struct PhaseColumns {
 };
 constexpr PhaseColumns kVapour{3, 6, 1};
 constexpr PhaseColumns kLiquid{4, 7, 2};
+constexpr PhaseColumns kSecondLiquid{5, 8, 3};
 
 struct Tables {
   std::array<float, kFlowRows * kFlowColumns> SCAL{};
@@ -163,6 +164,8 @@ FlashResult run_flash(const FlashRequest& request) {
   char UNIT = request.basis == Basis::mass ? 'W' : 'M';
   std::int32_t IFLASH = row.code;
   std::string STR(kMessageLength, ' ');
+  const std::int32_t level = request.verify;
+  SETTALIXVERIFY(&level);
   TALIX(&NC, &T, &P, &FRV, &UNIT, 1, &IFLASH, tables.SCAL.data(), tables.TPROPS.data(), STR.data(),
         static_cast<std::int32_t>(kMessageLength));
 
@@ -177,6 +180,8 @@ FlashResult run_flash(const FlashRequest& request) {
   if (FRV < 1.0F || both_phases(request.type)) result.liquid = phase(tables, components, kLiquid);
   if (result.vapour && !has_composition(*result.vapour)) result.vapour.reset();
   if (result.liquid && !has_composition(*result.liquid)) result.liquid.reset();
+  result.second_liquid = phase(tables, components, kSecondLiquid);
+  if (!has_composition(*result.second_liquid)) result.second_liquid.reset();
   // The feed as two phases has no enthalpy of its own.
   const double moles = feed_moles(request, masses);
   if (request.type != FlashType::feed && moles > 0)

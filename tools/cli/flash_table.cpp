@@ -48,20 +48,22 @@ std::string fraction_text(double value) {
 
 std::string six_digits(double value) { return std::isfinite(value) ? printed("%.6g", value) : "-"; }
 
-// The rows of one report, all with the same columns: name, unit, three numbers.
+// The rows of one report, all with the same columns: name, unit, a number for the feed and for each phase. The column
+// of the second liquid is there only where such a phase is.
 class Lines {
  public:
-  explicit Lines(std::size_t name_width) : name_width_(name_width) {}
+  Lines(std::size_t name_width, bool second_liquid)
+      : name_width_(name_width), columns_(second_liquid ? 4 : 3) {}
 
-  void row(std::string_view name, std::string_view unit, const std::string& first, const std::string& second,
-           const std::string& third) {
-    std::string line = "  " + to_left(cut(name), name_width_) + "  " + to_left(unit, kUnitWidth) +
-                       to_right(first, kNumberWidth) + to_right(second, kNumberWidth) +
-                       to_right(third, kNumberWidth);
+  void row(std::string_view name, std::string_view unit, const std::array<std::string, 4>& numbers) {
+    std::string line = "  " + to_left(cut(name), name_width_) + "  " + to_left(unit, kUnitWidth);
+    for (std::size_t i = 0; i < columns_; ++i) line += to_right(numbers[i], kNumberWidth);
     line.erase(line.find_last_not_of(' ') + 1);
     text_ += line + "\n";
   }
-  void rule() { text_ += "  " + std::string(name_width_ + 2 + kUnitWidth + 3 * kNumberWidth, '-') + "\n"; }
+  void rule() {
+    text_ += "  " + std::string(name_width_ + 2 + kUnitWidth + columns_ * kNumberWidth, '-') + "\n";
+  }
   void line(std::string_view text) { text_ += std::string(text) + "\n"; }
   [[nodiscard]] const std::string& text() const { return text_; }
 
@@ -72,6 +74,7 @@ class Lines {
   }
 
   std::size_t name_width_;
+  std::size_t columns_;
   std::string text_;
 };
 
@@ -81,9 +84,21 @@ std::size_t name_width(const FlashRequest& request) {
   return std::min(width, kLongestName);
 }
 
+// A row of numbers: that of the feed and VALUE of each phase.
 template <class Value>
-std::string cell(const std::optional<PhaseResult>& phase, Value value, std::string (*format)(double)) {
-  return phase ? format(static_cast<double>(value(*phase))) : "-";
+std::array<std::string, 4> cells(const std::string& feed, const FlashResult& result, Value value,
+                                 std::string (*format)(double)) {
+  const auto cell = [&](const std::optional<PhaseResult>& phase) {
+    return phase ? format(static_cast<double>(value(*phase))) : std::string("-");
+  };
+  return {feed, cell(result.vapour), cell(result.liquid), cell(result.second_liquid)};
+}
+
+// Nothing where the phases are a vapour and a liquid.
+const char* phases_text(const FlashResult& result) {
+  if (result.second_liquid) return result.vapour ? "vapour and two liquids" : "two liquids";
+  if (!result.vapour) return "liquid only";
+  return result.liquid ? nullptr : "vapour only";
 }
 
 void heading(Lines& lines, const FlashRequest& request, const FlashResult& result) {
@@ -103,7 +118,7 @@ void heading(Lines& lines, const FlashRequest& request, const FlashResult& resul
     item("Vapour fraction", fraction_text(static_cast<double>(result.vapour_fraction)) + " mol/mol");
   if (row.takes_enthalpy && result.enthalpy_J_mol)
     item("Enthalpy", six_digits(*result.enthalpy_J_mol) + " J/mol of feed");
-  if (!result.vapour || !result.liquid) item("Phases", result.vapour ? "vapour only" : "liquid only");
+  if (const char* const phases = phases_text(result); phases != nullptr) item("Phases", phases);
   item("Message", result.message.empty() ? "none" : result.message);
   lines.line("");
 }
@@ -112,33 +127,32 @@ void compositions(Lines& lines, const FlashRequest& request, const FlashResult& 
   const bool mass = request.basis == Basis::mass;
   const char* const fraction_unit = mass ? "kg/kg" : "mol/mol";
   const double total = std::accumulate(request.feed.begin(), request.feed.end(), 0.0);
-  lines.row(mass ? "Mass fraction" : "Mole fraction", "Unit", "Feed", "Vapour", "Liquid");
+  lines.row(mass ? "Mass fraction" : "Mole fraction", "Unit", {"Feed", "Vapour", "Liquid", "Second liquid"});
   lines.rule();
   for (std::size_t i = 0; i < request.names.size(); ++i) {
     const auto part = [i](const PhaseResult& phase) { return phase.composition[i]; };
-    lines.row(request.names[i], fraction_unit, fraction_text(request.feed[i] / total),
-              cell(result.vapour, part, fraction_text), cell(result.liquid, part, fraction_text));
+    lines.row(request.names[i], fraction_unit,
+              cells(fraction_text(request.feed[i] / total), result, part, fraction_text));
   }
   lines.rule();
   const auto fraction = [](const PhaseResult& phase) { return phase.fraction; };
   const auto flow = [](const PhaseResult& phase) { return phase.flow; };
   lines.row(mass ? "Fraction of the feed (mass)" : "Fraction of the feed (mole)", fraction_unit,
-            fraction_text(1), cell(result.vapour, fraction, fraction_text),
-            cell(result.liquid, fraction, fraction_text));
-  lines.row("Flow *", mass ? "kg" : "kmol", six_digits(total), cell(result.vapour, flow, six_digits),
-            cell(result.liquid, flow, six_digits));
+            cells(fraction_text(1), result, fraction, fraction_text));
+  lines.row("Flow *", mass ? "kg" : "kmol", cells(six_digits(total), result, flow, six_digits));
   lines.line("");
 }
 
 void properties(Lines& lines, const FlashResult& result) {
-  lines.row("Property", "Unit", "", "Vapour", "Liquid");
+  lines.row("Property", "Unit", {"", "Vapour", "Liquid", "Second liquid"});
   lines.rule();
   for (std::size_t i = 0; i < kPropertyNames.size(); ++i) {
     const auto text = [i](const std::optional<PhaseResult>& phase) {
       return phase && phase->properties[i] ? six_digits(static_cast<double>(*phase->properties[i]))
                                            : std::string("-");
     };
-    lines.row(kPropertyNames[i].name, kPropertyNames[i].unit, "", text(result.vapour), text(result.liquid));
+    lines.row(kPropertyNames[i].name, kPropertyNames[i].unit,
+              {"", text(result.vapour), text(result.liquid), text(result.second_liquid)});
   }
   lines.rule();
 }
@@ -146,7 +160,7 @@ void properties(Lines& lines, const FlashResult& result) {
 }  // namespace
 
 std::string flash_table(const FlashRequest& request, const FlashResult& result) {
-  Lines lines(name_width(request));
+  Lines lines(name_width(request), result.second_liquid.has_value());
   heading(lines, request, result);
   compositions(lines, request, result);
   properties(lines, result);
@@ -160,35 +174,41 @@ std::string flash_table(const FlashRequest& request, const FlashResult& result) 
 
 std::string flash_csv(const FlashRequest& request, const FlashResult& result) {
   const bool mass = request.basis == Basis::mass;
+  const bool second = result.second_liquid.has_value();
   const std::string fraction_unit = mass ? "kg/kg" : "mol/mol";
   const double total = std::accumulate(request.feed.begin(), request.feed.end(), 0.0);
-  std::string text = "quantity,unit,feed,vapour,liquid\n";
+  std::string text =
+      second ? "quantity,unit,feed,vapour,liquid,second liquid\n" : "quantity,unit,feed,vapour,liquid\n";
+  // VALUE gives the text of a phase.
   const auto row = [&](const std::string& quantity, const std::string& unit, const std::string& feed,
-                       const std::string& vapour, const std::string& liquid) {
-    text += csv_field(quantity) + "," + csv_field(unit) + "," + csv_field(feed) + "," + vapour + "," +
-            liquid + "\n";
+                       auto&& value) {
+    text += csv_field(quantity) + "," + csv_field(unit) + "," + csv_field(feed) + "," + value(result.vapour) +
+            "," + value(result.liquid);
+    if (second) text += "," + value(result.second_liquid);
+    text += "\n";
   };
   const auto number = [](float value) { return std::isfinite(value) ? shortest(value) : std::string(); };
-  const auto of = [&](const std::optional<PhaseResult>& phase, auto&& value) {
-    return phase ? number(value(*phase)) : std::string();
+  const auto none = [](const std::optional<PhaseResult>&) { return std::string(); };
+  const auto of = [&](auto value) {
+    return [&number, value](const std::optional<PhaseResult>& phase) {
+      return phase ? number(value(*phase)) : std::string();
+    };
   };
   const FlashTypeRow& type = row_of(request.type);
   row("temperature", "C",
-      type.finds_temperature && result.T_C ? shortest(*result.T_C) : shortest(request.T_C), "", "");
+      type.finds_temperature && result.T_C ? shortest(*result.T_C) : shortest(request.T_C), none);
   row("pressure", "bar",
-      type.finds_pressure && result.P_bar ? shortest(*result.P_bar) : shortest(request.P_bar), "", "");
+      type.finds_pressure && result.P_bar ? shortest(*result.P_bar) : shortest(request.P_bar), none);
   row("vapour fraction", "mol/mol",
-      request.type == FlashType::feed ? std::string() : number(result.vapour_fraction), "", "");
-  row("message", "", result.message, "", "");
-  const auto fraction = [](const PhaseResult& phase) { return phase.fraction; };
-  const auto flow = [](const PhaseResult& phase) { return phase.flow; };
-  row("flow", mass ? "kg" : "kmol", shortest(total), of(result.vapour, flow), of(result.liquid, flow));
+      request.type == FlashType::feed ? std::string() : number(result.vapour_fraction), none);
+  row("message", "", result.message, none);
+  row("flow", mass ? "kg" : "kmol", shortest(total), of([](const PhaseResult& phase) { return phase.flow; }));
   row(mass ? "mass fraction of the feed" : "mole fraction of the feed", fraction_unit, "1",
-      of(result.vapour, fraction), of(result.liquid, fraction));
+      of([](const PhaseResult& phase) { return phase.fraction; }));
   for (std::size_t i = 0; i < request.names.size(); ++i) {
-    const auto part = [i](const PhaseResult& phase) { return phase.composition[i]; };
     row((mass ? "mass fraction of " : "mole fraction of ") + request.names[i], fraction_unit,
-        shortest(request.feed[i] / total), of(result.vapour, part), of(result.liquid, part));
+        shortest(request.feed[i] / total),
+        of([i](const PhaseResult& phase) { return phase.composition[i]; }));
   }
   for (std::size_t i = 0; i < kPropertyNames.size(); ++i) {
     const auto property = [&](const std::optional<PhaseResult>& phase) {
@@ -196,7 +216,7 @@ std::string flash_csv(const FlashRequest& request, const FlashResult& result) {
     };
     std::string name = lower(kPropertyNames[i].name);
     if (name.rfind("joule", 0) == 0) name = kPropertyNames[i].name;
-    row(name, kPropertyNames[i].unit, "", property(result.vapour), property(result.liquid));
+    row(name, kPropertyNames[i].unit, "", property);
   }
   return text;
 }

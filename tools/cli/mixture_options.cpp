@@ -15,6 +15,13 @@ void add_mixture(CLI::App& command, MixtureOptions& options) {
   command.add_option("--basis", options.basis, "of the feed and the fractions: mole (default) or mass")
       ->type_name("BASIS")
       ->check(CLI::IsMember({"mole", "mass"}));
+  command
+      .add_option(
+          "--verify", options.verify,
+          "1 (default): what a flash finds is checked and, where it does not hold, solved anew; 0: the "
+          "flashes alone")
+      ->type_name("0|1")
+      ->check(CLI::IsMember({0, 1}));
 }
 
 std::vector<const CatalogueEntry*> components_of(const MixtureOptions& options, const Catalogue& catalogue) {

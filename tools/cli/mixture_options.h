@@ -13,9 +13,10 @@ struct MixtureOptions {
   std::vector<std::string> components;
   std::vector<std::string> feed;
   std::string basis = "mole";
+  int verify = 1;  // level of the check behind the flashes, as the library counts it
 };
 
-// Adds --comp, --feed and --basis to a command.
+// Adds --comp, --feed, --basis and --verify to a command.
 void add_mixture(CLI::App& command, MixtureOptions& options);
 
 // The components named, in their order; throws UsageError for unknown ones.
