@@ -94,7 +94,8 @@ void settle(const Question& q) {
     return;
   }
   robust_saturation(mixture, q.given, q.value, q.fraction, q.start, result);
-  if (of_flash == Standing::candidate && is_better_saturation(q.given, q.start, polished, result)) result = polished;
+  if (of_flash == Standing::candidate && is_better_saturation(q.given, q.start, polished, result))
+    result = polished;
 }
 
 void store(const Question& q) {

@@ -90,7 +90,9 @@ void evaluate_phase(const RobustMixture& mixture, R8 T, R8 P, const CompVec& X, 
   out.status = call.NFAIL;
   out.root = call.IPHRTN;
   out.single = call.AMBIG;
+  out.known = PhaseDerivatives::none;
   if (out.status != status::ok) return;
+  out.known = derivatives;
   out.Z = call.ZFUG;
   for (int i = 1; i <= mixture.n; ++i) {
     out.x(i) = X(i);

@@ -26,17 +26,18 @@ enum class PhaseDerivatives {
 };
 
 struct RobustPhase {
-  CompVec x;        // mole fractions, sum 1 [-]
-  CompVec lnphi;    // ln fugacity coefficient [-]
-  CompVec lnphi_T;  // T d ln phi/dT [-]
-  CompVec lnphi_P;  // P d ln phi/dP [-]
-  CompMat lnphi_n;  // N d ln phi_i/dn_j: symmetric, sum over j of x_j lnphi_n(i,j) is 0 [-]
-  R8 Z;             // compressibility factor [-]
-  R8 h;             // molar enthalpy [J/mol] (evaluate_enthalpy)
-  R8 cp;            // molar heat capacity dh/dT [J/(mol K)] (evaluate_enthalpy)
-  I4 root;          // phase::liquid or phase::vapour as the engine identifies the root
-  L4 single;        // the equation has one root here and the phase could not be told apart
-  I4 status;        // status::ok, or what the engine answered; status::failed when the budget is used up
+  CompVec x;               // mole fractions, sum 1 [-]
+  CompVec lnphi;           // ln fugacity coefficient [-]
+  CompVec lnphi_T;         // T d ln phi/dT [-]
+  CompVec lnphi_P;         // P d ln phi/dP [-]
+  CompMat lnphi_n;         // N d ln phi_i/dn_j: symmetric, sum over j of x_j lnphi_n(i,j) is 0 [-]
+  PhaseDerivatives known;  // which of the derivatives above evaluate_phase has set
+  R8 Z;                    // compressibility factor [-]
+  R8 h;                    // molar enthalpy [J/mol] (evaluate_enthalpy)
+  R8 cp;                   // molar heat capacity dh/dT [J/(mol K)] (evaluate_enthalpy)
+  I4 root;                 // phase::liquid or phase::vapour as the engine identifies the root
+  L4 single;               // the equation has one root here and the phase could not be told apart
+  I4 status;  // status::ok, or what the engine answered; status::failed when the budget is used up
 };
 
 // The components with a feed of the flash record, fl.F.

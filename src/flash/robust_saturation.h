@@ -32,8 +32,9 @@ struct SaturationResult {
 // How good a saturated state is.
 namespace standing {
 inline constexpr I4 stable = 0;
-inline constexpr I4 lowest_pair = 1;  // a third phase would form; of two phases these have the lowest Gibbs energy
-inline constexpr I4 metastable = 2;   // a liquid that splits boils, or another pair of phases lies lower
+inline constexpr I4 lowest_pair =
+    1;  // a third phase would form; of two phases these have the lowest Gibbs energy
+inline constexpr I4 metastable = 2;  // a liquid that splits boils, or another pair of phases lies lower
 }  // namespace standing
 
 // The state at the given T [K] or P [bar] and vapour fraction FRACTION (0 bubble point, 1 dew point). Where there
@@ -63,7 +64,8 @@ bool rate_saturation(const RobustMixture& mixture, SaturationGiven given, const 
                      SaturationResult& result);
 
 // The better standing, then the one nearer to START.
-bool is_better_saturation(SaturationGiven given, R8 START, const SaturationResult& a, const SaturationResult& b);
+bool is_better_saturation(SaturationGiven given, R8 START, const SaturationResult& a,
+                          const SaturationResult& b);
 
 // The search without a line: the given T or P is scanned for the limits of the two-phase region.
 void scan_saturation(const RobustMixture& mixture, SaturationGiven given, R8 value, R8 FRACTION, R8 START,

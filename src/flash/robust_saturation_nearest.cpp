@@ -72,7 +72,8 @@ bool boils(const RobustMixture& mixture, R8 T, R8 P) {
 //
 // In       split  a saturated state at the given T or P, its phases with derivatives
 // Status   true when told so; false when another state of the kind may be nearer
-bool is_nearest_to_start(const RobustMixture& mixture, SaturationGiven given, R8 START, const RobustSplit& split) {
+bool is_nearest_to_start(const RobustMixture& mixture, SaturationGiven given, R8 START,
+                         const RobustSplit& split) {
   const bool at_T = given == SaturationGiven::temperature;
   const bool bubble = !(split.fraction > 0.0);
   const bool saturated = bubble || !(split.fraction < 1.0);

@@ -100,7 +100,8 @@ bool solve_saturation(const RobustMixture& mixture, SaturationGiven given, R8 va
     point.root_y = extreme_roots ? phase::vapour : phase::gibbs;
     if (solve_point(mixture, held, std::log(value), kIterations, point) != PointAnswer::solved) continue;
     fill_split(mixture, point, split);
-    if (!(split.P <= static_cast<R8>(kMaxPressure)) || !(split.T <= static_cast<R8>(kMaxTemperature))) continue;
+    if (!(split.P <= static_cast<R8>(kMaxPressure)) || !(split.T <= static_cast<R8>(kMaxTemperature)))
+      continue;
     if (are_near(mixture.n, split.vapour, split.liquid, kAlike)) continue;
     if (std::fabs(split.fraction - FRACTION) < kSameFraction && !split.two_liquids) return true;
   }
@@ -154,7 +155,7 @@ bool rate(const RobustMixture& mixture, SaturationResult& result) {
   result.answer = Saturation::found;
   result.limit = 0.0;
   result.unstable = unstable;
-  result.rank = !unstable                          ? standing::stable
+  result.rank = !unstable                        ? standing::stable
                 : is_lowest_pair(mixture, rated) ? standing::lowest_pair
                                                  : standing::metastable;
   result.split = rated;
@@ -191,7 +192,8 @@ bool rate_saturation(const RobustMixture& mixture, SaturationGiven given, const 
   return found;
 }
 
-bool is_better_saturation(SaturationGiven given, R8 START, const SaturationResult& a, const SaturationResult& b) {
+bool is_better_saturation(SaturationGiven given, R8 START, const SaturationResult& a,
+                          const SaturationResult& b) {
   if (a.answer != Saturation::found || b.answer != Saturation::found) return a.answer == Saturation::found;
   if (a.rank != b.rank) return a.rank < b.rank;
   if (given == SaturationGiven::pressure) return std::fabs(a.split.T - START) < std::fabs(b.split.T - START);

@@ -85,12 +85,16 @@ void examine(const RobustMixture& mixture, const Question& q, R8 free, ScanState
     examine_split(mixture, temperature(q, free), pressure(q, free), s);
 }
 
-// Could the state asked for lie between two neighbours?
-bool may_lie_between(const Question& q, const ScanState& a, const ScanState& b) {
+// Does the state asked for lie between two neighbours?
+bool lies_between(const Question& q, const ScanState& a, const ScanState& b) {
   if (!a.settled || !b.settled) return false;
   if (q.saturated) return a.split != b.split;
-  if (!a.split && !b.split) return false;
-  return (a.fraction - q.fraction) * (b.fraction - q.fraction) <= 0.0;
+  return a.split && b.split && (a.fraction - q.fraction) * (b.fraction - q.fraction) <= 0.0;
+}
+
+// Could it? Next to the end of the two-phase region every fraction may be met.
+bool may_lie_between(const Question& q, const ScanState& a, const ScanState& b) {
+  return lies_between(q, a, b) || (a.settled && b.settled && a.split != b.split);
 }
 
 bool try_state(const RobustMixture& mixture, const Question& q, const ScanState& s) {
@@ -112,10 +116,9 @@ bool close_in(const RobustMixture& mixture, const Question& q) {
     }
     examine(mixture, q, 0.5 * (w.low.free + w.high.free), w.middle);
     if (!w.middle.settled) return false;
-    if (may_lie_between(q, w.low, w.middle))
-      w.high = w.middle;
-    else
-      w.low = w.middle;
+    const bool in_lower = lies_between(q, w.low, w.middle) ||
+                          (!lies_between(q, w.middle, w.high) && may_lie_between(q, w.low, w.middle));
+    (in_lower ? w.high : w.low) = w.middle;
   }
   return try_state(mixture, q, w.low) || try_state(mixture, q, w.high);
 }
@@ -125,8 +128,8 @@ R8 difference(const RobustMixture& mixture, const ScanState& a, const ScanState&
   const R8 sign_a = a.fraction > 0.5 ? -1.0 : 1.0, sign_b = b.fraction > 0.5 ? -1.0 : 1.0;
   R8 most = a.fraction == b.fraction ? 0.0 : 1.0;
   for (int i = 1; i <= mixture.n; ++i)
-    most = std::max(most,
-                    mixture.z(i) * std::fabs(std::exp(sign_a * a.lnK(i)) - std::exp(sign_b * b.lnK(i))));
+    most =
+        std::max(most, mixture.z(i) * std::fabs(std::exp(sign_a * a.lnK(i)) - std::exp(sign_b * b.lnK(i))));
   return most;
 }
 

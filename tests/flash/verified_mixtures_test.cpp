@@ -87,6 +87,40 @@ TEST_F(VerifiedMixtures, AThirdPhaseIsNamedInAWarning) {
   EXPECT_GT(ternary.two_phases, 20);
 }
 
+// Splits whose liquid would itself split, a little only: found among 20,000 seeded states.
+TEST_F(VerifiedMixtures, ASecondLiquidBesideTheLiquidOfASplitIsNoticed) {
+  struct State {
+    Case c;
+    R8 T, P;
+  };
+  const std::vector<State> states = {
+      {case_of({20, 33, 11, 58, 15, 21},
+               {0.239796534F, 0.0240222886F, 0.436885625F, 0.0410224013F, 0.0583927482F, 0.199880406F}),
+       210.433075, 2.7147477},
+      {case_of({8, 20, 4, 28}, {0.0671352372F, 0.904056728F, 0.0100747757F, 0.0187332351F}), 175.004608,
+       64.454857},
+      {case_of({20, 11, 33, 21}, {0.395587713F, 0.520569742F, 0.0150002902F, 0.0688422769F}), 199.686279,
+       1.6593994},
+      {case_of({11, 20, 33}, {0.818656802F, 0.11344555F, 0.0678976402F}), 206.72757, 16.527523},
+      {case_of({4, 58, 116, 20, 23, 15},
+               {0.784454286F, 0.0738150999F, 0.0637324899F, 0.0308661573F, 0.0282445848F, 0.0188874044F}),
+       235.156601, 34.63026},
+      {case_of({4, 58, 116}, {0.922016621F, 0.0143284807F, 0.0636549145F}), 195.337189, 2.6164682},
+      {case_of({8, 20, 4, 28}, {0.399109125F, 0.236236438F, 0.324145764F, 0.0405086689F}), 209.552933,
+       68.979332},
+  };
+  for (const State& s : states) {
+    load_list(s.c);
+    for (const I4 code : {flash_type::isothermal, flash_type::isothermal_fast}) {
+      const Outcome o = isothermal(s.c, s.T, s.P, code);
+      EXPECT_EQ(o.verdict, Verdict::right)
+          << "code " << code << " at " << s.T << " K, " << s.P << " bar: " << name_of(o.verdict) << "\n"
+          << o.detail;
+      EXPECT_EQ(o.message.substr(0, 1), ".") << s.T << " K, " << s.P << " bar";
+    }
+  }
+}
+
 TEST_F(VerifiedMixtures, PureComponentsAreOnePhaseOnTheRightSideOfTheirVapourPressure) {
   for (const int number : {20, 4, 22, 28, 277, 9, 8, 134}) {
     const Case c = case_of({number}, {3.0F});
