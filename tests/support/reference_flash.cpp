@@ -14,17 +14,23 @@ struct Hunt {
   const Mixture& m;
   R8 T, P;
   R8 g_feed;
+  Effort effort;
   bool found = false;
   Split best;
 };
 
 bool keep_if_lower(Hunt& hunt, const Numbers& lnK) {
-  Split split;
-  if (!split_from(hunt.m, hunt.T, hunt.P, lnK, hunt.g_feed, split)) return false;
-  if (hunt.found ? split.g >= hunt.best.g - kLower : split.g >= hunt.g_feed) return false;
-  hunt.best = split;
-  hunt.found = true;
-  return true;
+  bool lowered = false;
+  for (const Route route : {Route::substitution, Route::descent}) {
+    if (route == Route::descent && hunt.effort == Effort::scan) continue;
+    Split split;
+    if (!split_from(hunt.m, hunt.T, hunt.P, lnK, hunt.g_feed, route, split)) continue;
+    if (hunt.found ? split.g >= hunt.best.g - kLower : split.g >= hunt.g_feed) continue;
+    hunt.best = split;
+    hunt.found = true;
+    lowered = true;
+  }
+  return lowered;
 }
 
 Numbers ratio(const Numbers& a, const Numbers& b) {
@@ -92,7 +98,7 @@ Answer flash(const Mixture& m, R8 T, R8 P, Effort effort) {
     answer.failed = true;
     return answer;
   }
-  Hunt hunt{m, T, P, s.feed.g, false, {}};
+  Hunt hunt{m, T, P, s.feed.g, effort, false, {}};
   if (s.lowest() < kUnstable) hunt_from_trials(hunt, s, effort);
   if (!hunt.found) {
     // Unstable without a split that lowers the Gibbs energy: the reference has no answer.

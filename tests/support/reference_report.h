@@ -3,9 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "support/reference_campaign.h"
 
 namespace talix::test::reference {
+
+inline void PrintTo(Verdict v, std::ostream* out) { *out << name_of(v); }
 
 // Counts the answers at level 1 and reports each wrong one as a failure with both opinions.
 class Expectation : public Receiver {

@@ -203,10 +203,10 @@ R8 fugacity_difference(const Pair& pair) {
 
 }  // namespace
 
-bool split_from(const Mixture& m, R8 T, R8 P, const Numbers& start, R8 g_feed, Split& result) {
+bool split_from(const Mixture& m, R8 T, R8 P, const Numbers& start, R8 g_feed, Route route, Split& result) {
   Numbers lnK = start;
   Pair pair;
-  const R8 change = substitute(m, T, P, kSubstitutions, lnK, pair);
+  const R8 change = route == Route::descent ? -1.0 : substitute(m, T, P, kSubstitutions, lnK, pair);
   const bool inside = change >= 0.0 && pair.share > 0.0 && pair.share < 1.0;
   if (!inside || change > kSettled) {
     Division d;

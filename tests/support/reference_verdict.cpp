@@ -17,25 +17,6 @@ constexpr R8 kTemperatureTolerance = 0.02;  // [K], at a given enthalpy
 constexpr R8 kNear = 1.0E-3;                // relative distance of temperature or pressure from a boundary
 constexpr R8 kTrivial = 1.0E-3;             // two phases of a saturated state nearer than this are one
 constexpr R8 kBalanced = 1.0E-6;            // imbalance of two phases whose Gibbs energy can be compared
-constexpr R8 kGibbsTolerance = 1.0E-6;      // what 32-bit compositions leave of a Gibbs energy over RT
-
-R8 share_of(const ScalTable& t, int nc, int column) { return static_cast<R8>(t(nc + 1, column)); }
-
-Numbers column_of(const FlashCase& host, int column) {
-  Numbers x;
-  for (int i = 1; i <= host.nc(); ++i)
-    if (host.feed[static_cast<std::size_t>(i - 1)] > 0.0F) x.push_back(static_cast<R8>(host.SCAL(i, column)));
-  return x;
-}
-
-bool all_finite(const FlashCase& host) {
-  bool finite = std::isfinite(host.T) && std::isfinite(host.P) && std::isfinite(host.FRV);
-  for (int column = 1; column <= kScalColumns; ++column)
-    for (int i = 1; i <= host.nc() + 2; ++i) finite = finite && std::isfinite(host.SCAL(i, column));
-  for (int column = 1; column <= kPropertyColumns; ++column)
-    for (int i = 1; i <= kPropertyRows; ++i) finite = finite && std::isfinite(host.TPROPS(i, column));
-  return finite;
-}
 
 std::string text_of(const char* label, const Numbers& x) {
   std::string s = label;
@@ -79,6 +60,9 @@ Reported two_phases(const Mixture& m, const Reply& r, const Answer& truth) {
   out.light_share = straight ? share : 1.0 - share;
   return out;
 }
+
+// What 32-bit compositions leave of a Gibbs energy over RT.
+R8 gibbs_tolerance(const Answer& truth) { return 1.0E-6 + 2.0E-7 * std::fabs(truth.g); }
 
 int kind_of(const Answer& a) { return a.failed ? 0 : a.third() ? 3 : a.phases; }
 
@@ -129,10 +113,10 @@ std::string describe(const Mixture& m, const Reply& r, const Answer& truth) {
 Verdict compare_two_phases(const Mixture& m, const Reply& r, const Answer& truth) {
   const Reported mine = two_phases(m, r, truth);
   if (!mine.usable || mine.imbalance > kCompositionTolerance) return Verdict::wrong_composition;
-  if (mine.imbalance < kBalanced && mine.g < truth.g - kGibbsTolerance) return Verdict::beaten;
+  if (mine.imbalance < kBalanced && mine.g < truth.g - gibbs_tolerance(truth)) return Verdict::beaten;
   const R8 difference = std::max(largest_difference(mine.light.x, truth.light.x),
                                  largest_difference(mine.heavy.x, truth.heavy.x));
-  if (mine.g > truth.g + kGibbsTolerance && difference > 1.0E-2) return Verdict::not_lowest;
+  if (mine.g > truth.g + gibbs_tolerance(truth) && difference > 1.0E-2) return Verdict::not_lowest;
   if (std::fabs(mine.light_share - truth.light_share) > kFractionTolerance) return Verdict::wrong_fraction;
   if (difference > kCompositionTolerance) return Verdict::wrong_composition;
   const R8 share = r.vapour / (r.vapour + r.liquid + r.second);
@@ -190,39 +174,6 @@ const char* name_of(Verdict v) {
 
 bool is_wrong(Verdict v) { return v >= Verdict::wrong_count && v <= Verdict::not_finite; }
 
-Reply ask(const Case& c, I4 code, R8 T, R8 P, R8 fraction, R8 target) {
-  Reply r;
-  r.host.numbers = c.numbers;
-  r.host.feed = c.feed;
-  r.host.IFLASH = code;
-  r.host.T = celsius(T);
-  r.host.P = static_cast<R4>(P);
-  r.host.FRV = static_cast<R4>(fraction);
-  const int nc = r.host.nc();
-  r.host.SCAL(nc + 2, 2) = static_cast<R4>(target / 1000.0);
-  const I4 calls = fl.NENGINE;
-  r.message = r.host.run();
-  r.engine_calls = fl.NENGINE - calls;
-  r.answered = r.message.empty() || r.message.front() == '.';
-  r.T = kelvin(r.host.T);
-  r.P = static_cast<R8>(r.host.P);
-  r.finite = all_finite(r.host);
-  if (!r.answered) return r;
-  const R8 total = static_cast<R8>(r.host.SCAL(nc + 1, 2));
-  const R8 absent = static_cast<R8>(kPhaseLimit);
-  const auto flow = [&](int column) {
-    const R8 f = share_of(r.host.SCAL, nc, column);
-    return f > absent ? f / total : 0.0;
-  };
-  r.vapour = flow(3);
-  r.liquid = flow(4);
-  r.second = flow(5);
-  r.y = column_of(r.host, 6);
-  r.x = column_of(r.host, 7);
-  r.x2 = column_of(r.host, 8);
-  return r;
-}
-
 Outcome judge_isothermal(const Mixture& m, const Reply& r, const Answer& truth) {
   Outcome o = outcome_of(r);
   if (truth.failed) return o;
@@ -237,7 +188,8 @@ Outcome judge_isothermal(const Mixture& m, const Reply& r, const Answer& truth) 
     o.verdict = near_boundary(m, r.T, r.P, truth, false) ? Verdict::near_boundary : Verdict::wrong_count;
     if (phases_of(r) == 2) {
       const Reported mine = two_phases(m, r, truth);
-      if (mine.imbalance < kBalanced && mine.g < truth.g - kGibbsTolerance) o.verdict = Verdict::beaten;
+      if (mine.imbalance < kBalanced && mine.g < truth.g - gibbs_tolerance(truth))
+        o.verdict = Verdict::beaten;
     }
   } else if (truth.phases == 2) {
     o.verdict = compare_two_phases(m, r, truth);

@@ -3,9 +3,8 @@
 
 #include <string>
 
-#include "support/flash_case.h"
 #include "support/reference_enthalpy.h"
-#include "support/reference_states.h"
+#include "support/reference_reply.h"
 
 namespace talix::test::reference {
 
@@ -42,20 +41,6 @@ struct Outcome {
   int engine_calls = 0;
   R8 T = 0.0, P = 0.0;  // at the end, [K] and [bar]
 };
-
-// One call of the library and its phases in double precision, mole fractions over the components with a feed.
-struct Reply {
-  FlashCase host;
-  std::string message;
-  bool answered = false;  // blank or a warning
-  int engine_calls = 0;
-  R8 T = 0.0, P = 0.0;
-  R8 vapour = 0.0, liquid = 0.0, second = 0.0;  // shares of the feed
-  Numbers y, x, x2;
-  bool finite = true;
-};
-// CODE with T [K], P [bar], fraction; TARGET is the enthalpy of the whole feed for codes 8 and 9 [J].
-Reply ask(const Case& c, I4 code, R8 T, R8 P, R8 fraction, R8 target = 0.0);
 
 // TRUTH is the reference's answer at the state of the reply.
 Outcome judge_isothermal(const Mixture& m, const Reply& reply, const Answer& truth);

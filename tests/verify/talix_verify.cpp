@@ -1,6 +1,7 @@
 // Compares the library with the reference flash on seeded states, with and without the check behind the flashes,
 // and prints the shares by temperature and pressure.
 //
+// The component bank is that of the build, or of the install directory in TALIX_HOME.
 // talix_verify [--isothermal N] [--saturation N] [--enthalpy N] [--seed S] [--part K/N] [--dump FILE]
 #include <array>
 #include <cstdio>
@@ -10,6 +11,7 @@
 
 #include "fastprops/flash_record.h"
 #include "support/reference_campaign.h"
+#include "support/test_support.h"
 #include "verify/verify_tally.h"
 
 namespace talix::verify {
@@ -107,7 +109,8 @@ int run(int count, char** arguments) {
   }
   static Run run;
   if (o.dump != nullptr) run.dump = std::fopen(o.dump, "w");
-  test::fresh_library();
+  const char* home = std::getenv("TALIX_HOME");
+  test::fresh_library(home != nullptr ? std::string{home} : test::install_directory());
   run_campaign("isothermal", test::reference::compare_isothermal, o.isothermal, o, run);
   run_campaign("saturation", test::reference::compare_saturation, o.saturation, o, run);
   run_campaign("enthalpy", test::reference::compare_enthalpy, o.enthalpy, o, run);
