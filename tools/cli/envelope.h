@@ -19,14 +19,23 @@ struct EnvelopePoint {
   double P_bar = 0;                     // [bar]
   std::string method;                   // type of the flash that gave the point, or "edge"
   std::string message;                  // why a point failed, or the warning of the library
-  bool after_gap = false;               // the line is not drawn from the point before to this one
   std::optional<float> vapour_density;  // [kg/m3]
   std::optional<float> liquid_density;  // [kg/m3]
 };
 
+struct EnvelopeState {
+  double T_C = 0;
+  double P_bar = 0;
+};
+
 struct Envelope {
-  std::vector<EnvelopePoint> bubble;  // in the order in which they were found, failed ones between
+  std::vector<EnvelopePoint> bubble;  // along the line, failed ones between
   std::vector<EnvelopePoint> dew;
+  bool bubble_open = false;  // the line leaves the range of the library: above 900 bar
+  bool dew_open = false;
+  std::optional<EnvelopeState> critical;        // between the ends of both lines, where these meet
+  std::optional<EnvelopeState> cricondenbar;    // highest pressure with two phases, where the lines show it
+  std::optional<EnvelopeState> cricondentherm;  // highest temperature with two phases
 };
 
 struct EnvelopeOptions {
@@ -38,15 +47,12 @@ inline constexpr int kFewestPoints = 10;
 inline constexpr int kMostPoints = 2000;
 
 using FlashFunction = std::function<FlashResult(const FlashRequest&)>;
-// Called with each point as it is found.
+// Called with each point as it is found; of these, some are taken back for nearer ones where a line turns much.
 using EnvelopeProgress = std::function<void(const EnvelopePoint&)>;
 
-// Traces both lines. `mixture` gives components and feed; its state and type are not used.
+// Traces both lines up to where they meet. `mixture` gives components and feed; its state and type are not used.
 Envelope trace_envelope(const FlashRequest& mixture, const EnvelopeOptions& options,
                         const FlashFunction& flash, const EnvelopeProgress& progress);
-
-// Whether the phases of an answer are the same mixture at the same density: the trivial solution.
-bool phases_alike(const FlashResult& result);
 
 // The last point found on a line; nothing where there is none.
 const EnvelopePoint* end_of(const std::vector<EnvelopePoint>& line);

@@ -18,11 +18,14 @@ namespace talix::cli {
 namespace {
 
 constexpr const char* kEnvelopeHelp =
-    R"(Traces the bubble line and the dew line of a mixture from a low pressure upwards, as near to the critical
-point as the flashes of the library converge, and around the highest temperature of the dew line. A point comes from
-a bubble or dew flash (types bubble-t, bubble-p, dew-t, dew-p); where none of these finds the line, as on the upper
-dew line, from isothermal flashes on both sides of the edge of the two-phase region (edge). Where nothing is found a
-line ends, and the point is listed as failed with the message of the library.
+    R"(Traces the bubble line and the dew line of a mixture from a low pressure upwards, around the highest
+temperature and the highest pressure with two phases, up to the critical point where both lines meet. The table, JSON
+and CSV give the critical point, the cricondenbar and the cricondentherm beside the points, and the picture marks
+them. A point comes from a bubble or dew flash (types bubble-t, bubble-p, dew-t, dew-p); where the liquid parts into
+two liquids, and no bubble is formed, from isothermal flashes on both sides of the edge of the two-phase region (edge).
+A bubble line of a mixture with a gas that hardly dissolves may be open: it goes on above 900 bar. A point that no
+flash finds is listed as failed with the message of the library. With --verify 0 the lines end below the critical
+point.
 
 Example:
   talix envelope --comp methane,propane,n-decane --feed 0.7,0.2,0.1 --format csv --plot envelope.svg

@@ -33,7 +33,7 @@ std::string state(const EnvelopePoint& point) {
 void add_block(std::string& script, const std::string& name,
                const std::vector<const EnvelopePoint*>& points) {
   script += "$" + name + " << EOD\n";
-  for (const EnvelopePoint* const point : points) script += (point->after_gap ? "\n" : "") + state(*point);
+  for (const EnvelopePoint* const point : points) script += state(*point);
   script += "EOD\n";
 }
 
@@ -44,16 +44,21 @@ std::vector<const EnvelopePoint*> points_of(const std::vector<EnvelopePoint>& li
   return points;
 }
 
-// Both ends of each stretch without points: within a line, and between the lines at the critical point.
+// Both ends of the stretch without points between the lines.
 std::string gap_states(const std::vector<const EnvelopePoint*>& bubble,
                        const std::vector<const EnvelopePoint*>& dew) {
-  std::string text;
-  for (const auto* line : {&bubble, &dew}) {
-    for (std::size_t i = 1; i < line->size(); ++i)
-      if ((*line)[i]->after_gap) text += state(*(*line)[i - 1]) + state(*(*line)[i]) + "\n";
-  }
-  if (!bubble.empty() && !dew.empty()) text += state(*bubble.back()) + state(*dew.back());
-  return text;
+  if (bubble.empty() || dew.empty()) return {};
+  return state(*bubble.back()) + state(*dew.back());
+}
+
+// A block of data with one state, and the curve that marks it.
+void add_mark(std::string& script, std::vector<std::string>& curves, const std::string& name,
+              const std::string& title, int type, const std::optional<EnvelopeState>& at) {
+  if (!at) return;
+  script += "$" + name + " << EOD\n" + shortest(static_cast<float>(at->T_C)) + " " +
+            shortest(static_cast<float>(at->P_bar)) + "\nEOD\n";
+  curves.push_back("$" + name + " using 1:2 with points pointtype " + std::to_string(type) +
+                   " pointsize 1.2 linecolor '#222222' title " + quoted(title));
 }
 
 }  // namespace
@@ -71,6 +76,8 @@ std::string plot_script(const FlashRequest& mixture, const Envelope& envelope,
   const std::vector<const EnvelopePoint*> bubble = points_of(envelope.bubble, true);
   const std::vector<const EnvelopePoint*> dew = points_of(envelope.dew, true);
 
+  const bool open = envelope.bubble_open || envelope.dew_open;
+
   std::string script = "set encoding utf8\n";
   script += extension(file) == ".svg" ? "set terminal svg size 900,640 noenhanced background '#ffffff'\n"
                                       : "set terminal pngcairo size 1350,960 fontscale 1.4 linewidth 1.4 "
@@ -78,7 +85,9 @@ std::string plot_script(const FlashRequest& mixture, const Envelope& envelope,
   script += "set output " + quoted(file.string()) + "\n";
   script += "set title " + quoted("Phase envelope: " + mixture_title(mixture, 70)) + "\n";
   script += "set xlabel 'Temperature [°C]'\nset ylabel 'Pressure, absolute [bar]'\n";
-  script += "set grid linecolor '#dddddd'\nset key top left\nset yrange [0:*]\n";
+  // An open line rises on the left.
+  script += "set grid linecolor '#dddddd'\nset key top " + std::string(open ? "right" : "left") +
+            "\nset yrange [0:*]\n";
   add_block(script, "bubble", bubble);
   add_block(script, "dew", dew);
   add_block(script, "failed", failed);
@@ -87,16 +96,19 @@ std::string plot_script(const FlashRequest& mixture, const Envelope& envelope,
     curves.push_back("$bubble using 1:2 with lines linewidth 2 linecolor '#1f5fa8' title 'bubble line'");
   if (!dew.empty())
     curves.push_back("$dew using 1:2 with lines linewidth 2 linecolor '#c0392b' title 'dew line'");
-  if (const std::string gaps = gap_states(bubble, dew); !gaps.empty()) {
+  if (const std::string gaps = gap_states(bubble, dew); !gaps.empty() && !envelope.critical && !open) {
     script += "$gaps << EOD\n" + gaps + "EOD\n";
     curves.push_back(
         "$gaps using 1:2 with linespoints linewidth 1 dashtype 2 pointtype 6 pointsize 0.6 linecolor "
         "'#444444' "
-        "title 'no points found'");
+        "title 'the lines do not meet'");
   }
   if (!failed.empty())
     curves.push_back(
-        "$failed using 1:2 with points pointtype 2 pointsize 0.9 linecolor '#888888' title 'not converged'");
+        "$failed using 1:2 with points pointtype 2 pointsize 0.9 linecolor '#888888' title 'not found'");
+  add_mark(script, curves, "critical", "critical point", 7, envelope.critical);
+  add_mark(script, curves, "cricondenbar", "cricondenbar", 8, envelope.cricondenbar);
+  add_mark(script, curves, "cricondentherm", "cricondentherm", 4, envelope.cricondentherm);
   script += "plot " + joined(curves, ", ") + "\nunset output\n";
   return script;
 }

@@ -13,7 +13,8 @@ inline constexpr const char* kPlotProgram = "gnuplot";
 // Throws UsageError where the name of the file ends neither with .svg nor with .png.
 void check_plot_file(const std::filesystem::path& file);
 
-// What the plotting program reads: settings, both lines as data, failed points, the gap at the critical point.
+// What the plotting program reads: settings, both lines as data, failed points, the gap between the lines
+// where these do not meet, and the marked states.
 std::string plot_script(const FlashRequest& mixture, const Envelope& envelope,
                         const std::filesystem::path& file);
 

@@ -47,13 +47,26 @@ Json line_json(const std::vector<EnvelopePoint>& line) {
   return list;
 }
 
+// The states that are marked beside the lines.
+struct NamedState {
+  const char* key;
+  const char* title;
+  const std::optional<EnvelopeState>* at;
+};
+
+std::array<NamedState, 3> marked_states(const Envelope& envelope) {
+  return {{{"critical_point", "Critical point", &envelope.critical},
+           {"cricondenbar", "Cricondenbar", &envelope.cricondenbar},
+           {"cricondentherm", "Cricondentherm", &envelope.cricondentherm}}};
+}
+
 void add_line(std::string& text, const std::vector<EnvelopePoint>& line) {
   for (const EnvelopePoint& point : line) {
     std::string row = "  " + to_left(line_name(point.line), 7) + to_right(decimals(point.T_C, 3), 11) +
                       to_right(decimals(point.P_bar, 4), 12) +
                       to_right(density_text(point.vapour_density), 12) +
                       to_right(density_text(point.liquid_density), 12) + "  " + to_left(point.method, 9);
-    if (!point.ok) row += "failed: " + point.message;
+    if (!point.message.empty()) row += (point.ok ? "" : "failed: ") + point.message;
     row.erase(row.find_last_not_of(' ') + 1);
     text += row + "\n";
   }
@@ -86,10 +99,17 @@ std::string envelope_table(const FlashRequest& mixture, const Envelope& envelope
   add_line(text, envelope.dew);
   text += "  " + std::string(65, '-') + "\n";
   for (const auto* line : {&envelope.bubble, &envelope.dew}) {
-    if (const EnvelopePoint* const end = end_of(*line)) {
-      text += "  The " + std::string(line_name(end->line)) + " line ends at " + decimals(end->T_C, 2) +
-              " C, " + decimals(end->P_bar, 2) + " bar.\n";
-    }
+    const EnvelopePoint* const end = end_of(*line);
+    if (end == nullptr) continue;
+    const std::string name = std::string("  The ") + line_name(end->line) + " line ";
+    text += name + "ends at " + decimals(end->T_C, 2) + " C, " + decimals(end->P_bar, 2) + " bar.\n";
+    if (line == &envelope.dew ? envelope.dew_open : envelope.bubble_open)
+      text += name + "is open: it goes on beyond the range of the library.\n";
+  }
+  for (const NamedState& state : marked_states(envelope)) {
+    if (!*state.at) continue;
+    text += "  " + to_left(std::string(state.title) + ":", 16) + decimals((*state.at)->T_C, 2) + " C, " +
+            decimals((*state.at)->P_bar, 2) + " bar\n";
   }
   return text;
 }
@@ -97,11 +117,18 @@ std::string envelope_table(const FlashRequest& mixture, const Envelope& envelope
 std::string envelope_json(const FlashRequest& mixture, const Envelope& envelope) {
   Json feed = Json::array();
   for (const double flow : mixture.feed) feed.push_back(json_number(std::optional(flow)));
-  const Json report = {{"components", mixture.names},
-                       {"feed", std::move(feed)},
-                       {"basis", mixture.basis == Basis::mass ? "mass" : "mole"},
-                       {"bubble", line_json(envelope.bubble)},
-                       {"dew", line_json(envelope.dew)}};
+  Json report = {{"components", mixture.names},
+                 {"feed", std::move(feed)},
+                 {"basis", mixture.basis == Basis::mass ? "mass" : "mole"},
+                 {"bubble", line_json(envelope.bubble)},
+                 {"dew", line_json(envelope.dew)},
+                 {"bubble_open", envelope.bubble_open},
+                 {"dew_open", envelope.dew_open}};
+  for (const NamedState& state : marked_states(envelope)) {
+    report[state.key] = *state.at ? Json{{"T_C", json_number(single((*state.at)->T_C))},
+                                         {"P_bar", json_number(single((*state.at)->P_bar))}}
+                                  : Json(nullptr);
+  }
   return report.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
@@ -117,6 +144,11 @@ std::string envelope_csv(const Envelope& envelope) {
               csv_field(point.message) + "," + density(point.vapour_density) + "," +
               density(point.liquid_density) + "\n";
     }
+  }
+  for (const NamedState& state : marked_states(envelope)) {
+    if (!*state.at) continue;
+    text += std::string(state.key) + "," + shortest(single((*state.at)->T_C)) + "," +
+            shortest(single((*state.at)->P_bar)) + ",ok,,,,\n";
   }
   return text;
 }
