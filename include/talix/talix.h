@@ -142,15 +142,18 @@ extern "C" {
  *     - Codes 8 and 9: the checked state at the pressure that has the enthalpy. A target out of reach gets a text with
  *       the range of enthalpies at that pressure. Code 8 takes a target of 0 too.
  *     - Two liquids in equilibrium stand in the columns liquid and second liquid with a vapour fraction of 0; in the
- *       first the denser one, by its molar volume over the mean critical volume of its components. Where a third phase would lower the Gibbs energy further the best two phases stand, and
- *       a warning that begins with a full stop names the third.
+ *       first the denser one, by its molar volume over the mean critical volume of its components. Where a third
+ *       phase would lower the Gibbs energy further the best two phases stand, and a warning that begins with a full
+ *       stop names the third.
  *     - The smallest flow of a phase, 2E-8 mol, is one of a feed of about 1: a total feed outside 0.1 to 1E+4 mol is
  *       flashed as the same feed times a power of two, and its results are multiplied back, so that feeds of any size
  *       have the same fractions and properties. What is too small or too large is refused as at level 0.
  *     - A result does not depend on earlier calls. None is handed out that is not a finite number.
  *     - A check makes at most 20,000 engine calls beside those of the flash itself: as a rule fewer than 70 for codes
  *       5, 8, 9 and 10, and 30 to some thousand for the others, which follow the saturation line where the answer of
- *       the flash does not settle which of several states is the nearest.
+ *       the flash does not settle which of several states is the nearest. The step limits of the flashes bound their
+ *       own: some hundreds for codes 1 to 7 and 10, and for code 8 in theory 600,000 (fifty shortened feeds, fifty
+ *       temperatures each, a hundred passes each); the most that was met is 90,000, with 44 components.
  *     - A text that stands at the end is echoed once; the texts of a search that is mended are not.
  *
  *   A component list whose load failed is not tried again: every call with it ends with the reason in STR,

@@ -39,7 +39,7 @@ Stability test_feed() {
   gather_mixture(test.mixture);
   test.trials.count = 0;
   test.trials.answer = Stability::unsettled;
-  evaluate_phase(test.mixture, T, P, test.mixture.z, phase::gibbs, PhaseDerivatives::none, test.feed);
+  evaluate_phase(test.mixture, T, P, test.mixture.z, phase::gibbs, PhaseDerivatives::composition, test.feed);
   if (test.feed.status != status::ok) return Stability::unsettled;
   if (test.mixture.n == 1)
     test.trials.answer = Stability::stable;

@@ -74,6 +74,7 @@ void open_bowl(I4 n, const RobustPhase& known, Bowl& bowl) {
   for (int i = 1; i <= n; ++i) bowl.x(i) = known.x(i);
   bowl.Z = known.Z;
   bowl.root = known.root == phase::liquid ? phase::liquid : phase::vapour;
+  bowl.known = known.known == PhaseDerivatives::none ? nullptr : &known;
   bowl.curved = false;
 }
 
@@ -102,9 +103,14 @@ bool curve_bowl(const TangentPlane& plane, Bowl& bowl) {
   if (bowl.curved) return true;
   const int n = plane.mixture->n;
   static constinit RobustPhase itself{};
-  evaluate_phase(*plane.mixture, plane.T, plane.P, bowl.x, bowl.root, PhaseDerivatives::composition, itself);
-  if (itself.status != status::ok) return false;
-  fill_second(n, itself, bowl.hessian);
+  const RobustPhase* at = bowl.known;
+  if (at == nullptr) {
+    evaluate_phase(*plane.mixture, plane.T, plane.P, bowl.x, bowl.root, PhaseDerivatives::composition,
+                   itself);
+    if (itself.status != status::ok) return false;
+    at = &itself;
+  }
+  fill_second(n, *at, bowl.hessian);
   // The eigenvalue itself matters only where it is small.
   bowl.softest = kSoft;
   if (!cholesky_factor(n, bowl.hessian, -kSoft, bowl.factor))

@@ -7,15 +7,16 @@ namespace talix {
 
 // A phase that a trial may end at without telling anything new, with the shape of the distance around it.
 struct Bowl {
-  CompVec x;        // its mole fractions [-]
-  R8 Z;             // compressibility factor [-]
-  I4 root;          // its own side, phase::vapour or phase::liquid
-  bool curved;      // the four fields below are set
-  CompMat hessian;  // second derivatives of the distance by 2 sqrt(x) [-]
-  CompMat factor;   // their Cholesky factor, when they are positive definite
-  R8 softest;       // smallest eigenvalue of the hessian, kSoft when above that: below 0 the phase is
-                    // intrinsically unstable [-]
-  CompVec soft;     // its vector, when the eigenvalue is below kSoft
+  CompVec x;                 // its mole fractions [-]
+  R8 Z;                      // compressibility factor [-]
+  I4 root;                   // its own side, phase::vapour or phase::liquid
+  const RobustPhase* known;  // the phase, when it carries its composition derivatives
+  bool curved;               // the four fields below are set
+  CompMat hessian;           // second derivatives of the distance by 2 sqrt(x) [-]
+  CompMat factor;            // their Cholesky factor, when they are positive definite
+  R8 softest;    // smallest eigenvalue of the hessian, kSoft when above that: below 0 the phase is
+                 // intrinsically unstable [-]
+  CompVec soft;  // its vector, when the eigenvalue is below kSoft
 };
 
 // The tested phase, as the trials see it.

@@ -57,6 +57,21 @@ void try_feed_trials(const RobustMixture& mixture, const RobustPhase& feed, Robu
   for (int k = 1; k <= work.trials.count; ++k) improve(mixture, work.trials.trials(k).lnK, feed, split);
 }
 
+// A split that starts with a little of the trial phase taken out of the feed: it lies below the feed, and Newton steps
+// that only descend keep it there. For phases that substitution leaves.
+void split_off(const RobustMixture& mixture, R8 T, R8 P, const RobustPhase& feed, const StabilityTrial& trial,
+               RobustSplit& split) {
+  R8 most = 1.0;
+  for (int i = 1; i <= mixture.n; ++i) most = std::min(most, mixture.z(i) / trial.w(i));
+  for (const R8 part : {0.5, 0.05}) {
+    const R8 share = part * most;
+    for (int i = 1; i <= mixture.n; ++i)
+      work.lnK(i) = ln_ratio(trial.w(i), (mixture.z(i) - share * trial.w(i)) / (1.0 - share));
+    polish_split(mixture, T, P, work.lnK, feed, split);
+    if (is_equilibrium(split)) return;
+  }
+}
+
 }  // namespace
 
 void take_one_phase(R8 T, R8 P, const RobustPhase& feed, RobustSplit& split) {
@@ -98,6 +113,8 @@ void split_unstable_feed(const RobustMixture& mixture, R8 T, R8 P, const RobustP
     if (effort == StabilityEffort::full) test_stability(mixture, T, P, feed, effort, trials);
     for (int k = 1; k <= trials.count; ++k) {
       converge_from(mixture, T, P, trials.trials(k).lnK, feed, split);
+      if (!is_equilibrium(split) && effort == StabilityEffort::full)
+        split_off(mixture, T, P, feed, trials.trials(k), split);
       if (!is_equilibrium(split)) continue;
       settle_split(mixture, feed, split);
       return;
@@ -115,7 +132,7 @@ void split_unstable_feed(const RobustMixture& mixture, R8 T, R8 P, const RobustP
 void robust_isothermal(const RobustMixture& mixture, R8 T, R8 P, const CompVec* START_LNK,
                        RobustSplit& split) {
   split.answer = Split::unsettled;
-  evaluate_phase(mixture, T, P, mixture.z, phase::gibbs, PhaseDerivatives::none, work.feed);
+  evaluate_phase(mixture, T, P, mixture.z, phase::gibbs, PhaseDerivatives::composition, work.feed);
   if (work.feed.status != status::ok) return;
   if (mixture.n == 1) {
     take_one_phase(T, P, work.feed, split);

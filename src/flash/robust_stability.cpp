@@ -5,6 +5,7 @@
 
 #include "engine/codes.h"
 #include "fastprops/flash_record.h"
+#include "flash/robust_estimates.h"
 #include "flash/robust_trial.h"
 
 namespace talix {
@@ -16,14 +17,16 @@ constinit TrialPoint point{};
 constinit RobustPhase other{};
 constinit StabilityTrial candidate{};
 constinit CompVec wilson{};
+constinit CompVec pure_liquid{};  // ln phi of the components as liquids, estimated
 
 // Two stationary points nearer to each other than this, in 2 sqrt(w) and in ln Z, are one.
 constexpr R8 kSamePoint2 = 1.0E-8;
 constexpr R8 kSameZ = 1.0E-3;
-// A near-pure start is left out when its activity is below this by an estimate, in ln. Wilson's relation makes cold
-// liquids too volatile: by up to this much of ln K, times Tc/T - 1.
+// A near-pure start is left out when its activity is below this by an estimate, in ln.
 constexpr R8 kLeastLnEstimate = -2.5;
-constexpr R8 kEstimateError = 0.3;
+// A component so active, in ln, surely leaves the tested phase: where the engine cannot tell as what, nothing can be
+// said.
+constexpr R8 kSurelyActive = 10.0;
 constexpr R8 kLnBoiling = -0.5;       // ln K from which a component may boil alone
 constexpr R8 kLeastLnBoiling = -1.5;  // the same for the liquid of a component that would boil
 // Lengths of the starts along the softest direction, the least share of a root that they leave, and the least root.
@@ -33,6 +36,11 @@ constexpr R8 kSoftNear = 0.1;
 constexpr R8 kLeastShrink = 0.1;
 constexpr R8 kLeastRoot = 1.0E-130;
 constexpr R8 kPureRemainder = 1.0E-6;  // share of the other components in a near-pure start
+// Share of a component in the start of a pair that water or its like leads, of any component below the reduced
+// temperature of the leading one.
+constexpr R8 kPairShare = 0.3;
+constexpr R8 kColdPair = 0.33;
+constexpr R8 kColdShare = 0.15;
 constexpr int kPureStartsFirst = 10;
 constexpr int kPureStartsFull = 20;
 
@@ -41,6 +49,7 @@ struct Run {
   StabilityResult* result;
   bool below;
   bool failed;
+  bool lost;  // the engine could not evaluate the last trial
 };
 
 bool finished(const Run& run) { return run.failed || (run.below && run.effort == StabilityEffort::first); }
@@ -88,6 +97,7 @@ void record_point(Run& run) {
 
 void follow(Run& run, const TrialStart& start) {
   if (finished(run)) return;
+  run.lost = false;
   switch (run_trial(plane, start, run.effort, point)) {
     case TrialEnd::below:
       run.below = true;
@@ -98,6 +108,7 @@ void follow(Run& run, const TrialStart& start) {
       break;
     case TrialEnd::failed:
       // A phase that the model cannot describe is none that the tested one could split off.
+      run.lost = true;
       if (engine_budget() <= 0) run.failed = true;
       break;
     case TrialEnd::above:
@@ -131,6 +142,25 @@ void follow_other_root(Run& run) {
   follow(run, {side, 0, false});
 }
 
+// Water and its like may be stable with some of a component that they attract and with little of it, and far below
+// their freezing points with a little of a heavy component: such pairs have a valley of their own.
+void follow_pairs(Run& run) {
+  const I4 n = plane.mixture->n;
+  for (int i = 1; i <= n; ++i) {
+    if (!mixes_badly(*plane.mixture, i)) continue;
+    const bool cold = plane.T < kColdPair * static_cast<R8>(fl.TC(plane.mixture->at(i)));
+    for (int j = 1; j <= n && !finished(run); ++j) {
+      const bool attracted = may_attract(*plane.mixture, j, plane.T);
+      if (j == i || !(cold || attracted)) continue;
+      const R8 share = attracted ? kPairShare : kColdShare;
+      for (int k = 1; k <= n; ++k) point.lnW(k) = std::log(kPureRemainder) + plane.lnx(k);
+      point.lnW(i) = std::log(1.0 - share);
+      point.lnW(j) = std::log(share);
+      follow(run, {phase::gibbs, i, false});
+    }
+  }
+}
+
 void follow_pure_start(Run& run, int component, I4 ROOT) {
   for (int i = 1; i <= plane.mixture->n; ++i)
     point.lnW(i) = i == component ? 0.0 : std::log(kPureRemainder) + plane.lnx(i);
@@ -138,22 +168,21 @@ void follow_pure_start(Run& run, int component, I4 ROOT) {
 }
 
 // Trials that begin as one component with a trace of the others, the most active first by an estimate: a pure
-// component has a fugacity coefficient near 1 as a gas, near Wilson's K as a liquid.
+// component has a fugacity coefficient near 1 as a gas.
 void follow_near_pure(Run& run) {
   const I4 n = plane.mixture->n;
   static constinit CompVec estimate{};
-  for (int i = 1; i <= n; ++i) {
-    const R8 colder = std::max(0.0, static_cast<R8>(fl.TC(plane.mixture->at(i))) / plane.T - 1.0);
-    estimate(i) = plane.d(i) - (1.0 + kEstimateError * colder) * std::min(0.0, wilson(i));
-  }
+  for (int i = 1; i <= n; ++i) estimate(i) = plane.d(i) - std::min(0.0, pure_liquid(i));
   const int most = std::min(n, run.effort == StabilityEffort::first ? kPureStartsFirst : kPureStartsFull);
   for (int k = 1; k <= most && !finished(run); ++k) {
     int best = 1;
     for (int i = 2; i <= n; ++i)
       if (estimate(i) > estimate(best)) best = i;
-    if (estimate(best) < kLeastLnEstimate) return;
+    const R8 activity = estimate(best);
+    if (activity < kLeastLnEstimate) return;
     estimate(best) = -1.0E300;
     follow_pure_start(run, best, phase::gibbs);
+    if (run.lost && activity > kSurelyActive) run.failed = true;
     // A component that alone would boil may still lead a liquid mixture, which only its own liquid root points to.
     if (wilson(best) > kLnBoiling && static_cast<R8>(fl.TC(plane.mixture->at(best))) > plane.T &&
         plane.d(best) - wilson(best) > kLeastLnBoiling)
@@ -204,6 +233,8 @@ void test_pure(Run& run) {
 
 void run_all(Run& run) {
   wilson_ln_k(*plane.mixture, plane.T, plane.P, wilson);
+  estimate_pure_liquids(*plane.mixture, plane.T, plane.P, pure_liquid);
+  forget_trials();
   if (plane.tested.root == phase::vapour) {
     follow_wilson(run, -1.0, phase::liquid);
     follow_wilson(run, 1.0, phase::vapour);
@@ -214,12 +245,13 @@ void run_all(Run& run) {
   }
   follow_other_root(run);
   follow_near_pure(run);
+  follow_pairs(run);
   follow_soft(run);
 }
 
 void test_plane(StabilityEffort effort, StabilityResult& result) {
   result.count = 0;
-  Run run{effort, &result, false, false};
+  Run run{effort, &result, false, false, false};
   if (plane.mixture->n == 1)
     test_pure(run);
   else

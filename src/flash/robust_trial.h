@@ -21,7 +21,9 @@ struct TrialStart {
   bool second_order;  // Newton steps from the start, no substitution
 };
 
-// Follows a trial from POINT.lnW.
+// Before the first trial of a plane.
+void forget_trials();
+// Follows a trial from POINT.lnW; where it joins the way of one before, it may end as trivial.
 TrialEnd run_trial(TangentPlane& plane, const TrialStart& start, StabilityEffort effort, TrialPoint& point);
 
 }  // namespace talix

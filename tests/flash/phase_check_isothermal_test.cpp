@@ -221,6 +221,70 @@ TEST_F(PhaseCheckIsothermal, ThirdLiquidIsNamedInAWarning) {
   EXPECT_EQ(phases(c), 3);
 }
 
+// Second liquids in cold mixtures of gases with heavy components, whose vapour pressures no simple relation tells.
+TEST_F(PhaseCheckIsothermal, ThirdPhasesOfColdMixturesAreNamed) {
+  struct State {
+    std::vector<int> numbers;
+    std::vector<R4> feed;
+    R8 T, P;
+  };
+  const std::vector<State> states = {
+      {{20, 33, 11, 58, 15, 21},
+       {0.239796534F, 0.0240222886F, 0.436885625F, 0.0410224013F, 0.0583927482F, 0.199880406F},
+       210.433075,
+       2.7147477},
+      {{20, 11, 33, 21}, {0.395587713F, 0.520569742F, 0.0150002902F, 0.0688422769F}, 199.686279, 1.6593994},
+      {{4, 20, 15, 8, 23, 58, 21, 116},
+       {0.464472502F, 0.0350281857F, 0.0819072127F, 0.129671946F, 0.0034924543F, 0.196436897F, 0.0829292089F,
+        0.00606159726F},
+       217.49472,
+       24.831173},
+      {{20, 15, 134}, {0.592541754F, 0.16461058F, 0.242847696F}, 166.214608, 30.668507},
+      {{8, 20, 4, 28}, {0.399109125F, 0.236236438F, 0.324145764F, 0.0405086689F}, 209.552933, 68.979332},
+      {{23, 17, 4, 116, 8},
+       {0.0202090237F, 0.206385583F, 0.512892723F, 0.141479507F, 0.11903315F},
+       243.353394,
+       83.474442},
+      {{8, 20, 4, 28}, {0.0671352372F, 0.904056728F, 0.0100747757F, 0.0187332351F}, 175.004608, 64.454857},
+  };
+  for (const State& s : states) {
+    for (const I4 code : {flash_type::isothermal, flash_type::isothermal_fast}) {
+      test::FlashCase c = state(s.numbers, s.feed, s.T, s.P);
+      c.IFLASH = code;
+      EXPECT_EQ(run(c, 1).rfind(". A third phase", 0), 0U) << s.T << " K";
+    }
+  }
+}
+
+// The two phases of lowest Gibbs energy are liquids, not the vapour and liquid of the flash.
+TEST_F(PhaseCheckIsothermal, TwoLiquidsReplaceVapourAndLiquidOfHigherGibbsEnergy) {
+  test::FlashCase c =
+      state({8, kMethane, kCarbonDioxide, 28}, {0.0671352372F, 0.904056728F, 0.0100747757F, 0.0187332351F},
+            175.004608, 64.454857);
+  run(c, 1);
+  ASSERT_EQ(phases(c), 6);
+  EXPECT_NEAR(c.total(5), 0.988397F, 1.0E-4F);
+  EXPECT_NEAR(c.SCAL(4, 7), 0.238648F, 1.0E-3F);
+}
+
+// Substitution leaves both phases of such a split; the phase split off the feed does not.
+TEST_F(PhaseCheckIsothermal, PhaseOfComponentsThatAttractEachOtherIsSplitOff) {
+  const std::vector<int> numbers = {4, 24, 232, kWater, kEicosane, 21, 289, 125, 25, 42, 11, 277, 719};
+  const std::vector<R4> feed = {0.00295F, 0.00327F, 0.00122F, 0.01059F, 0.01936F, 0.00146F, 0.89595F,
+                                0.05034F, 0.00145F, 0.00361F, 0.00935F, 0.00012F, 0.00031F};
+  for (const auto& [T, P] : {std::pair{176.46, 0.2054}, {169.85, 6.55}, {168.68, 1.27}}) {
+    test::FlashCase c = state(numbers, feed, T, P);
+    const std::string message = run(c, 1);
+    EXPECT_TRUE(message.empty() || message[0] == '.') << message;
+    EXPECT_EQ(phases(c), 6) << T << " K";
+  }
+  test::FlashCase c = state(
+      {11, kWater, 232, 25, 289, 24, 278},
+      {0.2984627F, 0.003052221F, 0.171966F, 0.1407985F, 0.07907785F, 0.0272947F, 0.279348F}, 161.82, 1.959);
+  run(c, 1);
+  EXPECT_EQ(phases(c), 6);
+}
+
 TEST_F(PhaseCheckIsothermal, PureComponentIsOnePhaseAtItsRoot) {
   for (const I4 code : {flash_type::isothermal, flash_type::isothermal_fast}) {
     test::FlashCase c = state({kPropane}, {2.0F}, 300.0, 9.0);

@@ -545,5 +545,89 @@ TEST_F(RobustStability, ThirdPhaseBesideTwoInEquilibriumIsFound) {
   EXPECT_GT(result.trials(1).w(3), 0.99);
 }
 
+// A start that the model cannot describe is left out; where the component surely leaves the phase, nothing is said.
+TEST_F(RobustStability, StartsWithoutARootAreLeftOutUnlessTheyDecide) {
+  constexpr int kMdea = 904, kMercury = 1011, kTeg = 415;
+  load({9, kMdea}, {0.9, 0.1});
+  for (const R8 z : {0.05, 0.5, 0.9, 0.999}) {
+    feed({z, 1.0 - z});
+    EXPECT_NE(answer(173.0, 5.0), Stability::unsettled) << z;
+    if (result.answer == Stability::stable) {
+      EXPECT_GT(lowest_on_grid(173.0, 5.0, -15.0, 15.0), -1.0E-9) << z;
+    }
+  }
+  // The engine has no root for nearly pure glycol here.
+  load({kMercury, kTeg}, {0.9, 0.1});
+  for (const R8 T : {1000.0, 1050.0, 1100.0}) {
+    EXPECT_EQ(answer(T, 50.0), Stability::stable) << T << " K";
+    EXPECT_GT(lowest_on_grid(T, 50.0, -1.0, 5.0), -1.0E-9) << T << " K";
+  }
+  // A trace of pentane in methane at 17.5 K.
+  load({20, 25}, {1.0, 1.0E-6});
+  feed({1.0 - 1.0E-6, 1.0E-6});
+  EXPECT_EQ(answer(17.5, 50.0), Stability::unsettled);
+}
+
+// Pure water lies below the plane, but substitution from there runs to the tested phase.
+TEST_F(RobustStability, ValleyThatSubstitutionLeavesIsKept) {
+  load({4, 24, 232, 9, 134, 21, 289, 125, 25, 42, 11, 277, 719},
+       {0.00295, 0.00327, 0.00122, 0.01059, 0.01936, 0.00146, 0.89595, 0.05034, 0.00145, 0.00361, 0.00935,
+        0.00012, 0.00031});
+  EXPECT_EQ(answer(176.46, 0.2054), Stability::unstable);
+  EXPECT_EQ(answer(176.46, 0.2054, StabilityEffort::full), Stability::unstable);
+  EXPECT_LT(result.trials(1).distance, -100.0);
+  EXPECT_GT(result.trials(1).w(4), 0.9);
+}
+
+TEST_F(RobustStability, PairsThatAttractEachOtherAreFound) {
+  // Cold water with some eicosane, water with ammonia.
+  struct State {
+    int first, second;
+    R8 T0, T1;
+  };
+  for (const State& s : {State{9, 134, 150.0, 200.0}, {9, 62, 200.0, 300.0}}) {
+    load({s.first, s.second}, {0.5, 0.5});
+    for (const R8 z : {0.01, 0.3, 0.7, 0.9, 0.95, 0.99}) {
+      feed({z, 1.0 - z});
+      for (R8 T = s.T0; T < s.T1; T += 11.0) {
+        for (const R8 P : {0.5, 50.0}) {
+          if (answer(T, P) == Stability::unstable) continue;
+          EXPECT_EQ(result.answer, Stability::stable);
+          EXPECT_GT(lowest_on_grid(T, P, -15.0, 15.0), -1.0E-9) << z << " " << T << " K, " << P << " bar";
+        }
+      }
+    }
+  }
+}
+
+// Ordinary liquids, among them one near to a split into two liquids.
+TEST_F(RobustStability, OnePhaseLiquidsTakeFewEngineCalls) {
+  const std::vector<Gas> liquids = {
+      {{22, 23, 24, 25}, {0.4, 0.3, 0.2, 0.1}},
+      {{21, 22, 23, 24, 25, 28}, {0.1, 0.3, 0.3, 0.1, 0.1, 0.1}},
+      {{25, 28, 33, 42, 116, 277, 278}, {0.1, 0.2, 0.2, 0.2, 0.1, 0.1, 0.1}},
+      {{20, 28, 22, 21, 116, 23, 25, 4, 15, 33},
+       {0.7, 0.08, 0.06, 0.08, 0.04, 0.03, 0.02, 0.025, 0.015, 0.02}},
+  };
+  for (const Gas& liquid : liquids) {
+    load(liquid.numbers, liquid.feed);
+    R8 total = 0.0;
+    for (const R8 f : liquid.feed) total += f;
+    std::vector<R8> z;
+    for (const R8 f : liquid.feed) z.push_back(f / total);
+    feed(z);
+    int states = 0, spent = 0;
+    for (R8 T = 150.0; T < 400.0; T += 15.0) {
+      for (const R8 P : {5.0, 20.0, 60.0, 100.0, 200.0}) {
+        if (answer(T, P) != Stability::stable || tested.root != phase::liquid || tested.single) continue;
+        ++states;
+        spent += calls;
+      }
+    }
+    ASSERT_GT(states, 5);
+    EXPECT_LT(spent, 36 * states);
+  }
+}
+
 }  // namespace
 }  // namespace talix

@@ -28,8 +28,10 @@ constexpr R4 kTiny = std::numeric_limits<R4>::denorm_min();
 constexpr int kMostText = 200;
 constexpr int kGuard = 16;  // characters behind the host's text
 constexpr char kUnwritten = '#';
-// Engine calls that the flashes themselves may make, nested searches included, beside those of the check.
-constexpr int kFlashEngineCalls = 40000;
+// Engine calls that the flashes themselves may make beside those of the check. The adiabatic flash by the enthalpy
+// search has the most: up to fifty feeds of fewer components, fifty temperatures each, a hundred passes of two calls
+// each, then the nested search.
+constexpr int kFlashEngineCalls = 600000;
 constexpr R4 kBalance = 1.0E-5F;  // of the total feed
 
 // Mixtures that a plant has, so that most calls need no other list; numbers of the catalogue.

@@ -61,9 +61,10 @@ void close_gap(LineTracer& bubble, LineTracer& dew) {
 std::optional<EnvelopeState> meeting_point(const LineTracer& bubble, const LineTracer& dew) {
   const Place a = bubble.end();
   const Place b = dew.end();
-  const EnvelopePoint* const last[] = {end_of(bubble.points()), end_of(dew.points())};
-  if (!(distance(a, b) < kMeetingLength) || !(density_excess(*last[0]) < kMeetingExcess) ||
-      !(density_excess(*last[1]) < kMeetingExcess))
+  const EnvelopePoint* const last_bubble = end_of(bubble.points());
+  const EnvelopePoint* const last_dew = end_of(dew.points());
+  if (last_bubble == nullptr || last_dew == nullptr || !(distance(a, b) < kMeetingLength) ||
+      !(density_excess(*last_bubble) < kMeetingExcess) || !(density_excess(*last_dew) < kMeetingExcess))
     return std::nullopt;
   const Place between{(a.x + b.x) / 2, (a.y + b.y) / 2};
   return EnvelopeState{temperature(between), pressure(between)};

@@ -229,12 +229,12 @@ bool LineTracer::start_at_pressure() {
 // line begins at a high pressure.
 bool LineTracer::start_at_temperature() {
   constexpr double kColdest = -150;
-  constexpr double kHottest = 400;
   constexpr double kNextKelvin = 10;
+  constexpr int kTries = 56;  // up to 400 C
   const std::optional<EnvelopePoint> at_pressure = std::exchange(failure_, std::nullopt);
-  for (double T_C = kColdest; T_C <= kHottest; T_C += kNextKelvin) {
+  for (int i = 0; i < kTries; ++i) {
     failure_.reset();
-    if (begin(false, place(T_C, options_.from_P_bar))) return true;
+    if (begin(false, place(kColdest + kNextKelvin * i, options_.from_P_bar))) return true;
   }
   failure_ = at_pressure;
   return false;
