@@ -14,42 +14,14 @@
 #include "flash/fltp.h"
 #include "flash/flvp_state.h"
 #include "support/flash_case.h"
+#include "support/fraction_search.h"
 
 namespace talix {
 namespace {
 
 constexpr R4 kNan = std::numeric_limits<R4>::quiet_NaN();
 
-class TemperatureSearch : public testing::Test {
- protected:
-  void SetUp() override {
-    test::fresh_flashes_alone();
-    load({22, 23, 25, 28}, {0.2F, 0.3F, 0.3F, 0.2F});
-  }
-  static void load(std::vector<int> numbers, std::vector<R4> feed) {
-    test::FlashCase c;
-    c.numbers = std::move(numbers);
-    c.feed = std::move(feed);
-    ASSERT_EQ(c.run(), "");
-    errmat.NERRS = 0;
-    errmat.ERRMAT.fill(0);
-    start(300.0F, 5.0F, 0.3F);
-  }
-  static void start(R4 T, R4 P, R4 FRV) {
-    fl.T = T;
-    fl.P = P;
-    fl.FRV = FRV;
-    fl.NCAL = flash_status::fresh;
-    fl.KSTART = false;
-    fl.IFLASH = flash_type::temperature_at_fraction;
-  }
-  static std::string flash() {
-    Message STR{};
-    STR.blank();
-    FLVP(STR);
-    return std::string{trimmed(STR)};
-  }
-};
+using TemperatureSearch = test::FractionSearch<FLVP, flash_type::temperature_at_fraction>;
 
 TEST_F(TemperatureSearch, FindsTheTemperatureOfEveryFraction) {
   R4 last = 0.0F;
