@@ -6,6 +6,7 @@
 #include "api/talix_call.h"
 #include "engine/codes.h"
 #include "fastprops/flash_record.h"
+#include "transport/dense_fluid_record.h"
 
 namespace talix::bench {
 
@@ -181,5 +182,37 @@ double DriverCase::call(bool with_thermal) {
 double DriverCase::fugacities() { return call(false); }
 
 double DriverCase::thermal() { return call(true); }
+
+TransportCase::TransportCase(int count) {
+  FlashCase flash(count);
+  flash.run();
+  const Mixture m = mixture(count);
+  clear_group(group_);
+  for (int i = 1; i <= count; ++i)
+    add_to_group(group_, i, static_cast<double>(m.feed[static_cast<std::size_t>(i - 1)]));
+}
+
+namespace {
+
+constexpr double kTransportTemperature = 400.0;  // [K]
+constexpr double kTransportPressure = 1.5e7;     // [Pa]
+constexpr double kTransportDensity = 5.0;        // [mol/L]
+
+}  // namespace
+
+double TransportCase::viscosity() {
+  dense_call.filled = false;
+  return group_viscosity(group_, false, kTransportTemperature, kTransportPressure, kTransportDensity);
+}
+
+double TransportCase::conductivity() {
+  dense_call.filled = false;
+  return group_conductivity(group_, false, kTransportTemperature, kTransportPressure, kTransportDensity);
+}
+
+double TransportCase::both() {
+  return viscosity() +
+         group_conductivity(group_, false, kTransportTemperature, kTransportPressure, kTransportDensity);
+}
 
 }  // namespace talix::bench

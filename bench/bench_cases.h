@@ -8,6 +8,7 @@
 
 #include "base/array.h"
 #include "engine/shmix_driver.h"
+#include "transport/dense_fluid_group.h"
 
 namespace talix::bench {
 
@@ -83,6 +84,25 @@ class DriverCase {
   CompVec composition_{};
   double temperature_;
   double pressure_;
+};
+
+// Sizes at which the figures of the dense-fluid transport are reported.
+inline constexpr std::array<int, 3> kTransportSizes{2, 10, 20};
+
+// Calls of the dense-fluid transport for the mixture as a gas at 5 mol/L and 400 K, as a vapour makes them. Nothing
+// of the call before is remembered but where a call says so.
+class TransportCase {
+ public:
+  explicit TransportCase(int count);
+  // DCST and TRPVIS.
+  double viscosity();
+  // DCST and THERMC.
+  double conductivity();
+  // Both of one phase: the second DCST is answered from the first.
+  double both();
+
+ private:
+  DenseFluidGroup group_;
 };
 
 }  // namespace talix::bench

@@ -14,19 +14,23 @@ import tempfile
 
 SIZES = (2, 5, 10, 20, 50)
 DRIVER_CASES = (("fugacities", "SHMIX0, fugacities only", 200), ("thermal", "SHMIX0, thermal", 200))
+TRANSPORT_CASES = (("viscosity", "DCST and TRPVIS"), ("conductivity", "DCST and THERMC"),
+                   ("transport", "both, one search"))
+TRANSPORT_SIZES = (2, 10, 20)
+TRANSPORT_ROWS = ("*vapour_transport*", "*liquid_transport*")
 REGIONS = ("two phases", "gas", "dense gas", "liquid")
 CODE_SIZES = (2, 10)
 CODES = (1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 33)
 LEVELS = (0, 1)
 
 
-def counted(program, case, size, calls):
-    """Instructions spent inside the counted calls, per call, and the driver calls of a flash."""
+def counted(program, case, size, calls, inside=("*counted_calls*",)):
+    """Instructions spent inside the counted calls or other functions, per call, and the driver calls of a flash."""
     with tempfile.TemporaryDirectory() as scratch:
         out = os.path.join(scratch, "callgrind.out")
         result = subprocess.run(
             ["valgrind", "--tool=callgrind", f"--callgrind-out-file={out}", "--collect-atstart=no",
-             "--toggle-collect=*counted_calls*", program, case, str(size), str(calls)],
+             *(f"--toggle-collect={name}" for name in inside), program, case, str(size), str(calls)],
             capture_output=True, text=True, check=False)
         if result.returncode == 1 and case.startswith("flash"):
             return None, None
@@ -60,7 +64,14 @@ def main():
     for case, title, calls in DRIVER_CASES:
         counts = [counted(program, case, n, calls)[0] for n in SIZES]
         print(f"{title:<28}" + "".join(f"{c:>12,.0f}" for c in counts), flush=True)
+    print(f"\n{'Dense-fluid transport':<28}" + "".join(f"{n:>12}" for n in TRANSPORT_SIZES) + "   components")
+    for case, title in TRANSPORT_CASES:
+        counts = [counted(program, case, n, 200)[0] for n in TRANSPORT_SIZES]
+        print(f"{title:<28}" + "".join(f"{c:>12,.0f}" for c in counts), flush=True)
     table(program, "TALIX, code 5", [("two phases", "flash:5:{level}")], SIZES)
+    # The warm-up is one call more.
+    rows = [counted(program, "flash:5:0", n, 20, TRANSPORT_ROWS)[0] * 20 / 21 for n in SIZES]
+    print(f"{'of it transport rows':<28}" + "".join(f"{count:>14,.0f}{'':26}" for count in rows), flush=True)
     table(program, "TALIX, code 5 by region",
           [(name, f"flash:5:{{level}}:{i}") for i, name in enumerate(REGIONS)], CODE_SIZES)
     table(program, "TALIX by code", [(f"code {code}", f"flash:{code}:{{level}}") for code in CODES], CODE_SIZES)

@@ -7,6 +7,8 @@
 //   TALIX_region                       code/region/components/level: codes 5 and 10 with
 //                                      0 two phases, 1 gas, 2 dense gas, 3 liquid
 //   TALIX_load_list                    components           a call that loads its list first
+//   DCST_TRPVIS, DCST_THERMC           components           viscosity, conductivity of a gas
+//   DCST_both                          components           both, with one search for the mixture factors
 //
 // Level 0 runs the flashes alone, level 1 with the check behind them (SETTALIXVERIFY).
 #include <benchmark/benchmark.h>
@@ -17,6 +19,7 @@ namespace {
 
 using talix::bench::DriverCase;
 using talix::bench::FlashCase;
+using talix::bench::TransportCase;
 
 void sizes(benchmark::internal::Benchmark* b) {
   b->ArgName("components");
@@ -92,11 +95,34 @@ void TALIX_load_list(benchmark::State& state) {
   }
 }
 
+void DCST_TRPVIS(benchmark::State& state) {
+  TransportCase transport(argument(state, 0));
+  for (auto _ : state) benchmark::DoNotOptimize(transport.viscosity());
+}
+
+void DCST_THERMC(benchmark::State& state) {
+  TransportCase transport(argument(state, 0));
+  for (auto _ : state) benchmark::DoNotOptimize(transport.conductivity());
+}
+
+void DCST_both(benchmark::State& state) {
+  TransportCase transport(argument(state, 0));
+  for (auto _ : state) benchmark::DoNotOptimize(transport.both());
+}
+
+void transport_sizes(benchmark::internal::Benchmark* b) {
+  b->ArgName("components");
+  for (int count : talix::bench::kTransportSizes) b->Arg(count);
+}
+
 BENCHMARK(SHMIX0_fugacities)->Apply(sizes);
 BENCHMARK(SHMIX0_thermal)->Apply(sizes);
 BENCHMARK(TALIX_isothermal)->Apply(sizes_and_levels)->Unit(benchmark::kMicrosecond);
 BENCHMARK(TALIX_code)->Apply(codes)->Unit(benchmark::kMicrosecond);
 BENCHMARK(TALIX_region)->Apply(regions)->Unit(benchmark::kMicrosecond);
+BENCHMARK(DCST_TRPVIS)->Apply(transport_sizes);
+BENCHMARK(DCST_THERMC)->Apply(transport_sizes);
+BENCHMARK(DCST_both)->Apply(transport_sizes);
 BENCHMARK(TALIX_load_list)->Apply(sizes)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

@@ -113,9 +113,13 @@ extern "C" {
  *     10   heat capacity at constant pressure    J/(g K)
  *     11   speed of sound                        m/s
  *     12   Joule-Thomson coefficient             K/bar
- *     13   viscosity                             mPa s   (0: not calculated)
- *     14   thermal conductivity                  W/(m K) (0: not calculated)
- *     15   surface tension                       mN/m    (0: not calculated)
+ *     13   viscosity                             mPa s
+ *     14   thermal conductivity                  W/(m K)
+ *     15   surface tension                       mN/m
+ *
+ *   Viscosity and conductivity are 0 where the library has no value for them. The surface tension stands with the
+ *   liquids and is that against the vapour beside them, or against an ideal gas of the liquid's composition where there
+ *   is no vapour; it is 0 where that is not less dense than the liquid. Conductivities of liquids are those at 1 bar.
  *
  *   Enthalpies and entropies of the ideal gas are 0 at 273.15 K, entropies at 1 bar. A one-phase mixture far
  *   from its phase boundary is reported in the column of the phase that the equation of state identifies; above

@@ -135,13 +135,24 @@ bool wants_properties(R4 total, const FlashVec& composition) {
   return total > 0.0F && (!absent(total) || !drops_absent_phases()) && TELOP(fl.NC, composition) > 0.0F;
 }
 
+// The compressibility factor of a vapour that is absent is that of an older state: without a vapour it counts as 0, so
+// that the surface tension depends on this call alone.
 void form_properties(Columns& columns) {
-  if (wants_properties(fl.FTV, fl.FV)) {
+  const bool vapour = wants_properties(fl.FTV, fl.FV);
+  if (vapour) {
     MOLFR(fl.NC, fl.FTV, fl.FV, fl.Y);
     phase_properties(flash_phase::vapour, fl.Y, fl.ZV, columns.OUTG);
+    vapour_transport(fl.Y, columns.OUTG);
   }
-  if (wants_properties(fl.FTL, fl.X1)) phase_properties(flash_phase::liquid, fl.X1, fl.ZL, columns.OUTL);
-  if (!absent(fl.FTLS)) phase_properties(flash_phase::liquid, fl.X2, fl.ZL2, columns.OUTL2);
+  const R4 ZV = vapour ? fl.ZV : 0.0F;
+  if (wants_properties(fl.FTL, fl.X1)) {
+    phase_properties(flash_phase::liquid, fl.X1, fl.ZL, columns.OUTL);
+    liquid_transport(fl.X1, ZV, fl.ZL, columns.OUTL);
+  }
+  if (!absent(fl.FTLS)) {
+    phase_properties(flash_phase::liquid, fl.X2, fl.ZL2, columns.OUTL2);
+    liquid_transport(fl.X2, ZV, fl.ZL2, columns.OUTL2);
+  }
 }
 
 // Rows NC+1 and NC+2: total feed and enthalpies, with mole flows on both bases.

@@ -1,8 +1,11 @@
 #include "api/phase_properties.h"
 
 #include "fastprops/enthal.h"
+#include "fastprops/fast_conductivity.h"
+#include "fastprops/fast_viscosity.h"
 #include "fastprops/rksf.h"
 #include "fastprops/small_arrays.h"
+#include "fastprops/surface_tension.h"
 
 namespace talix {
 
@@ -14,8 +17,12 @@ struct Scratch {
   FugacityVector FUG, FUGTL, FUGPL;
   FugacityMatrix FUGN;
   PropertyColumn column;
+  FlashVec P0, DEN;  // vapour pressures and densities that the calls name and do not read
 };
 constinit Scratch scratch{};
+
+// Stands in the reserved places of a call.
+constexpr R4 kReserved = 0.0F;
 
 // ENTHAL in mode 0 into the rows of a column.
 I4 thermal_rows(I4 PH, const FlashVec& X, R4& Z, PropertyColumn& OUT) {
@@ -29,6 +36,13 @@ I4 thermal_rows(I4 PH, const FlashVec& X, R4& Z, PropertyColumn& OUT) {
   return PHOUT;
 }
 
+// What the engine gives where it has no phase, or far outside the range of its methods, is no viscosity and no
+// conductivity: such a row is 0.
+void drop_impossible(PropertyColumn& OUT) {
+  for (const int row : {property::viscosity, property::thermal_conductivity})
+    if (!(OUT(row) > 0.0F)) OUT(row) = 0.0F;
+}
+
 }  // namespace
 
 // The engine's molar mass replaces the one formed from the constants of the flash layer.
@@ -37,6 +51,21 @@ void phase_properties(I4 PH, const FlashVec& X, R4& Z, PropertyColumn& OUT) {
   RKSF(fl.NC, PH, fl.T, X, scratch.PHI, Z, fl.P, root_type);
   MOL(fl.NC, X, OUT(property::molar_mass));
   thermal_rows(PH, X, Z, OUT);
+}
+
+void vapour_transport(const FlashVec& Y, PropertyColumn& OUT) {
+  MULO(fl.NC, fl.T, fl.P, kReserved, Y, fl.VC, fl.PC, fl.TC, fl.ZC, fl.CGAS, fl.AMW, kReserved, kReserved,
+       OUT(property::viscosity), kReserved);
+  KLO(fl.NC, fl.T, fl.P, kReserved, Y, fl.VC, fl.PC, fl.TC, fl.ZC, fl.CGAS, fl.COFHT, fl.AMW, kReserved,
+      kReserved, OUT(property::thermal_conductivity), kReserved);
+  drop_impossible(OUT);
+}
+
+void liquid_transport(const FlashVec& X, const R4& ZV, const R4& ZL, PropertyColumn& OUT) {
+  VISLIQ(fl.NC, fl.T, fl.P, fl.CVISL, scratch.P0, scratch.DEN, X, OUT(property::viscosity));
+  KLIQ(fl.NC, fl.T, fl.CKLIQ, scratch.DEN, X, kReserved, OUT(property::thermal_conductivity));
+  SURTEN1(fl.NC, fl.T, fl.P, fl.Y, X, ZV, ZL, OUT(property::surface_tension));
+  drop_impossible(OUT);
 }
 
 I4 phase_identity(I4 PH, const FlashVec& X) {

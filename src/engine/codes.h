@@ -41,10 +41,13 @@ inline constexpr I4 not_converged = code(103, "not converged");
 inline constexpr I4 range = code(110, "range");
 inline constexpr I4 severe_warning = code(112, "severe warning");
 inline constexpr I4 numerical = code(115, "stop");
+inline constexpr I4 supercritical = code(116, "supercritical");
 inline constexpr I4 unknown = code(119, "unknown");
 inline constexpr I4 unstable = code(120, "unstable");
 inline constexpr I4 failed = code(125, "yes");
 inline constexpr I4 fatal = code(76, "fatal error");
+// The model that the transport methods need is not loaded, or it failed.
+inline constexpr I4 no_equation_of_state = code(41, "Vardo1");
 }  // namespace status
 
 // Phases asked for and root types returned.
@@ -197,6 +200,12 @@ inline constexpr I4 wagner = code(60, "Wagner");
 inline constexpr I4 frost_kalkwarf = code(80, "frost kalkwarf");
 inline constexpr I4 ideal_gas = code(85, "ideal gas");
 inline constexpr I4 antoine_extended = code(144, "Antoine");
+// Methods of viscosity and conductivity.
+inline constexpr I4 sternling_samish = code(48, "Sternling-Samish");
+inline constexpr I4 thodos_wilke_dean = code(51, "Thodos-Wilke-Dean");
+inline constexpr I4 livithec = code(92, "livithec");
+inline constexpr I4 mixture = code(94, "mixture");
+inline constexpr I4 old_sternling_samish = code(104, "old Sternling-Samish");
 }  // namespace method
 
 // Chemical classes and subclasses of a component code.

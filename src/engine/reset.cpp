@@ -43,7 +43,7 @@ void reset_engine() {
   reset_solubility_record();
   unifill = UnifillSettings{};
   reset_hydrate_record();
-  dense_fluid = DenseFluidConstants{};
+  reset_dense_fluid_record();
 }
 
 }  // namespace talix

@@ -6,9 +6,9 @@
 #include "fastprops/enthal.h"
 #include "fastprops/error_matrix.h"
 #include "fastprops/small_arrays.h"
+#include "fastprops/try_step.h"
 #include "flash/fltp.h"
 #include "flash/flvp.h"
-#include "flash/kval.h"
 
 namespace talix {
 

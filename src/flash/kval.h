@@ -9,7 +9,5 @@ namespace talix {
 void KVAL(I4& IDEAL, const I4& LOOP);
 // The plain real update of the fast isothermal flash.
 void KVAL2();
-// One step of dominant-eigenvalue acceleration.
-void TRY(R4& X, const R4& XNEW, R4& DX, R4& DXOLD, R4& R);
 
 }  // namespace talix

@@ -3,6 +3,8 @@
 namespace talix {
 
 constinit DenseFluidConstants dense_fluid{};
+constinit DenseFluidMixture dense_mixture{};
+constinit DenseFluidCall dense_call{};
 
 namespace {
 
@@ -30,5 +32,11 @@ constexpr DenseFluidConstants kMethaneReference{
 }  // namespace
 
 void set_dense_fluid_constants() { dense_fluid = kMethaneReference; }
+
+void reset_dense_fluid_record() {
+  dense_fluid = DenseFluidConstants{};
+  dense_mixture = DenseFluidMixture{};
+  dense_call.filled = false;
+}
 
 }  // namespace talix

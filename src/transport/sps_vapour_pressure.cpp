@@ -131,7 +131,8 @@ void SPSAN1(const R8& T, const I4& ICOMP, const L4& VALUE, const L4& DERIV, R8& 
   hand_out(p, VALUE, DERIV, PSAT, DPSAT);
 }
 
-// SPSFK0: the Frost-Kalkwarf equation, ln PS - D PS/T^2 = A + B/T + C ln T with PS in megapascal.
+// SPSFK0: the Frost-Kalkwarf equation, ln PS - D PS/T^2 = A + B/T + C ln T with PS in megapascal. A, B, C, D are
+// the entries 1, 2, 4, 5 of the set; the third is 0, since it marks an Antoine set otherwise.
 //
 // In       T       R8    [K]
 //          ICOMP   I4    component
@@ -151,8 +152,8 @@ void SPSFK0(const R8& T, const I4& ICOMP, const L4& VALUE, const L4& DERIV, R8& 
   }
   const R8 a = comp.PSAT(ICOMP, 1) * kLnTen;
   const R8 b = comp.PSAT(ICOMP, 2) * kLnTen;
-  const R8 c = comp.PSAT(ICOMP, 3);
-  const R8 d = comp.PSAT(ICOMP, 4) * kLnTen;
+  const R8 c = comp.PSAT(ICOMP, 4);
+  const R8 d = comp.PSAT(ICOMP, 5) * kLnTen;
 
   R8 ps = 0.0;
   NFAIL = solve_frost_kalkwarf(T, d, a + b / T + c * std::log(T), ps);

@@ -141,8 +141,11 @@ TEST_F(DirectFlash, PropertiesAgreeWithTheEngineWithoutPairParameters) {
 }
 
 TEST_F(DirectFlash, EveryPropertyOfBothPhasesIsFinite) {
-  for (int row = 1; row <= 12; ++row)
+  for (int row = 1; row <= 15; ++row)
     for (int column = 1; column <= 2; ++column) EXPECT_TRUE(std::isfinite(gas.TPROPS(row, column))) << row;
+  for (int row = 13; row <= 14; ++row)
+    for (int column = 1; column <= 2; ++column) EXPECT_GT(gas.TPROPS(row, column), 0.0F) << row;
+  EXPECT_GT(gas.TPROPS(15, 2), 0.0F);
   EXPECT_TRUE(std::isfinite(gas.SCAL(gas.nc() + 2, 2)));
 }
 

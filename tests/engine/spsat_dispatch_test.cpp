@@ -112,7 +112,7 @@ TEST(VapourPressureChoice, TemperatureMustBePositive) {
 
 TEST(VapourPressureChoice, StatusOfTheCorrelationIsPassedOn) {
   set_component({0, 1, 0, 0, 0.0});
-  comp.PSAT(1, 4) = 1e6;
+  comp.PSAT(1, 5) = 1e6;
   R8 ps = -1.0;
   R8 dps = -1.0;
   I4 nfail = 0;

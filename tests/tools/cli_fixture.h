@@ -52,7 +52,7 @@ inline cli::FlashRequest two_component_request() {
   return request;
 }
 
-// Two phases; the transport rows of the liquid are missing, as where they were not calculated.
+// Two phases; the transport rows of the liquid are missing, as where the library has no value.
 inline cli::FlashResult two_phase_result() {
   cli::FlashResult result;
   result.ok = true;

@@ -190,6 +190,27 @@ TEST(CliProgram, MassAndMoleBasisDescribeTheSameMixture) {
   EXPECT_NEAR(x[0].get<double>() + x[1].get<double>(), 1, 1e-5);
 }
 
+TEST(CliProgram, AllFifteenRowsAreShownForEveryPhaseThatHasThem) {
+  const json phases = flash_json("methane,n-decane", "0.8,0.2", "25C", "50bar").at("phases");
+  for (const char* const phase : {"vapour", "liquid"}) {
+    const json properties = phases.at(phase).at("properties");
+    EXPECT_EQ(properties.size(), 15U);
+    for (const auto& [key, value] : properties.items()) {
+      const bool tension_of_vapour = std::string(phase) == "vapour" && key == "surface_tension_mN_m";
+      EXPECT_EQ(value.is_null(), tension_of_vapour) << phase << " " << key;
+    }
+  }
+  EXPECT_GT(phases.at("liquid").at("properties").at("surface_tension_mN_m").get<double>(), 1.0);
+}
+
+TEST(CliProgram, TensionOfALiquidThatIsNoDenserThanItsVapourIsZeroAndShown) {
+  const json liquid = flash_json("methane", "1", "25C", "10bar", {"--type", "feed"})
+                          .at("phases")
+                          .at("liquid")
+                          .at("properties");
+  EXPECT_EQ(liquid.at("surface_tension_mN_m").get<double>(), 0.0);
+}
+
 TEST(CliProgram, OnePhaseLeavesTheOtherNull) {
   const json gas = flash_json("methane,ethane", "0.9,0.1", "25C", "1atm");
   EXPECT_EQ(gas["vapour_fraction"], 1.0);

@@ -131,8 +131,9 @@ TEST_F(FitTables, HeatCapacitiesStaySaneOutsideTheirRange) {
 
 TEST_F(FitTables, FitGivesTheSameTablesEveryTime) {
   const testing::Folder folder;
-  for (const char* file : {"components.csv", "reference_points.csv", "supercritical_points.csv",
-                           "saturation_correlations.csv", "ideal_gas_correlations.csv"}) {
+  for (const char* file :
+       {"components.csv", "reference_points.csv", "supercritical_points.csv", "saturation_correlations.csv",
+        "ideal_gas_correlations.csv", "transport_correlations.csv"}) {
     std::filesystem::copy_file(kData + "/" + file, folder.path() / file);
   }
   FitOptions options;
@@ -151,6 +152,11 @@ TEST_F(FitTables, FitGivesTheSameTablesEveryTime) {
   ASSERT_EQ(made.rows.size(), 3U);
   EXPECT_EQ(made.text(0, "code"), "AR  ");
   EXPECT_EQ(made.text(1, "number"), "102");
+  // The transport sets go with the curves that the same run has made.
+  CsvTable transport;
+  ASSERT_TRUE(read_csv((folder.path() / "transport.csv").string(), transport));
+  ASSERT_GT(transport.rows.size(), 30U);
+  EXPECT_EQ(transport.text(0, "code"), "AR  ");
 }
 
 TEST(FitMain, UnknownComponentsAndMissingTablesAreRefused) {

@@ -51,8 +51,8 @@ class VapourPressureTest : public ::testing::Test {
     comp.IPSA(1) = 1;
     comp.PSAT(1, 1) = a / ln_ten;
     comp.PSAT(1, 2) = b / ln_ten;
-    comp.PSAT(1, 3) = c;
-    comp.PSAT(1, 4) = d / ln_ten;
+    comp.PSAT(1, 4) = c;
+    comp.PSAT(1, 5) = d / ln_ten;
   }
 };
 

@@ -10,6 +10,7 @@
 #include <system_error>
 
 #include "bank/accuracy_engine.h"
+#include "bank/accuracy_transport.h"
 #include "bank/fit_curves.h"
 #include "bank/tables.h"
 
@@ -353,6 +354,7 @@ void write_accuracy_report(const Bank& bank, const std::filesystem::path& data_d
   write_saturation(out, lines);
   write_gases(out, lines);
   write_zones(out, lines);
+  write_transport_report(out, bank, data_dir);
   write_notes(out);
   if (!out) throw BankError("cannot write " + report.string());
 }

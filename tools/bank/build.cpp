@@ -1,5 +1,6 @@
 #include "bank/build.h"
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <iostream>
@@ -53,6 +54,22 @@ class ByNumber {
  private:
   std::optional<SourceTable> table_;
   std::map<int, std::size_t> rows_;
+};
+
+// A table with several rows of a component. Absent file: no rows.
+struct TransportRows {
+  explicit TransportRows(const std::filesystem::path& file) {
+    if (!std::filesystem::exists(file)) return;
+    table = SourceTable::read(file);
+    for (std::size_t row = 0; row < table->rows(); ++row)
+      by_number[table->integer(row, "number", 2, kHighestNumber)].push_back(row);
+  }
+  [[nodiscard]] std::vector<std::size_t> rows(int number) const {
+    const auto found = by_number.find(number);
+    return found == by_number.end() ? std::vector<std::size_t>{} : found->second;
+  }
+  std::optional<SourceTable> table;
+  std::map<int, std::vector<std::size_t>> by_number;
 };
 
 void set_real(PureRecord& record, std::string_view field, double value) {
@@ -222,6 +239,48 @@ void fill_vapour_pressure(PureRecord& record, const ByNumber& source, int number
   }
 }
 
+// A set of data/transport.csv and where it stands in the record.
+struct TransportField {
+  std::string_view set;     // as the table names it
+  std::string_view field;   // of its first coefficients
+  std::string_view flag;    // cell of its flag, empty for none
+  int count;                // most coefficients
+  std::string_view second;  // field of the coefficients from the fifth on, empty where they follow
+};
+constexpr TransportField kTransportFields[] = {{"PSAT", "PSAT", "IPSA", 5, ""},
+                                               {"DLIP", "DLIP", "IDLI", 3, ""},
+                                               {"DDIP", "DDIP", "", 4, ""},
+                                               {"HVAPCF", "HVAPCF", "IHVA", 7, ""},
+                                               {"VIL", "VIL", "IVIL", 7, ""},
+                                               {"LVIS50", "LVIS50", "", 1, ""},
+                                               {"SS", "SS 1-4", "IQISS", 8, "SS 5-8"},
+                                               {"TCL", "TCL", "ITCL", 7, ""},
+                                               {"TCV", "TCV", "", 2, ""},
+                                               {"SURT", "SURT", "ISUR", 2, ""},
+                                               {"PACHOR", "PACHOR", "", 1, ""},
+                                               {"PARL2", "PARL2", "ILVT", 5, ""}};
+
+// The saturation and transport sets. A set without a row keeps its flag and its cells at 0. DLIP goes into the
+// record also with a flag of 0: the flash layer reads it without looking at the flag.
+void fill_transport(PureRecord& record, const SourceTable& table, const std::vector<std::size_t>& rows,
+                    const std::string& code) {
+  for (const std::size_t row : rows) {
+    if (table.text(row, "code") != code)
+      table.fail(row, "code", "the code of this component is \"" + code + "\"");
+    const std::string& set = table.text(row, "set");
+    const auto at = std::find_if(std::begin(kTransportFields), std::end(kTransportFields),
+                                 [&](const TransportField& f) { return f.set == set; });
+    if (at == std::end(kTransportFields)) table.fail(row, "set", "no set of the record has this name");
+    if (!at->flag.empty()) set_integer(record, at->flag, table.integer(row, "flag", 0, 200));
+    for (int i = 0; i < at->count; ++i) {
+      const bool second = !at->second.empty() && i >= 4;
+      const int cell = pure_field(second ? at->second : at->field).cell + (second ? i - 4 : i);
+      const auto value = table.number(row, "c" + std::to_string(i + 1), {"-", -1e30, 1e30});
+      record.set_real(cell, static_cast<float>(value.value_or(0)));
+    }
+  }
+}
+
 // Curve constant INDEX (1 to 15) of the cubic: the file holds the third set of five before the second.
 void set_curve(PureRecord& record, int index, double value) {
   constexpr std::string_view kSets[] = {"PARABF 1-5", "PARABF 6-10", "PARABF 11-15"};
@@ -280,6 +339,7 @@ BuildResult compile_bank(const std::filesystem::path& data_dir) {
   const ByNumber curves(data_dir / "curves.csv");
   const ByNumber heat_capacity(data_dir / "ideal_gas.csv");
   const ByNumber vapour_pressure(data_dir / "vapour_pressure.csv");
+  const TransportRows transport(data_dir / "transport.csv");
 
   BuildResult result;
   std::map<int, std::string> codes;
@@ -298,6 +358,7 @@ BuildResult compile_bank(const std::filesystem::path& data_dir) {
     fill_groups(record, table, row);
     fill_heat_capacity(record, heat_capacity, number, code);
     fill_vapour_pressure(record, vapour_pressure, number, code);
+    if (transport.table) fill_transport(record, *transport.table, transport.rows(number), code);
     const std::string label = std::to_string(number) + " " + table.text(row, "name");
     switch (fill_curves(record, curves, number, code)) {
       case Curves::none:

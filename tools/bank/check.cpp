@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "bank/accuracy.h"
+#include "bank/check_transport.h"
 #include "bank/dump.h"
 #include "bank/tables.h"
 
@@ -234,6 +235,7 @@ void check_pure(const Bank& bank, std::vector<std::string>& faults) {
     check_constants(record, out);
     check_curves(record, out);
     check_sets(record, out);
+    for (const std::string& what : transport_faults(record)) out.fault(what);
   }
 }
 

@@ -88,6 +88,28 @@ double evaluate(const Correlation& row, double T) {
   if (e == "DIPPR101") {
     return std::exp(c[0] + c[1] / T + c[2] * std::log(T) + c[3] * std::pow(T, c[4]));
   }
+  if (e == "EXPPOLY") {
+    return std::exp(c[0] + T * (c[1] + T * c[2]));
+  }
+  if (e == "PPDS9") {
+    const double q = (c[2] - T) / (T - c[3]);
+    return c[4] * std::exp(std::cbrt(q) * (c[0] + c[1] * q));
+  }
+  if (e == "PPDS14") {
+    return c[0] * std::pow(t, c[1]) * (1.0 + c[2] * t);
+  }
+  if (e == "VISC_ANT10") {
+    return std::pow(10.0, c[0] + c[1] / (c[2] - T));
+  }
+  if (e == "POWER") {
+    return c[0] * std::pow(T, c[1]);
+  }
+  if (e == "SIGMA_SUM") {
+    return c[0] * std::pow(t, c[1]) + c[2] * std::pow(t, c[3]) + c[4] * std::pow(t, c[5]);
+  }
+  if (e == "SOMAYAJULU") {
+    return c[0] * std::pow(t, 1.25) + c[1] * std::pow(t, 2.25) + c[2] * std::pow(t, 3.25);
+  }
   if (e == "DIPPR105") {
     return c[0] / std::pow(c[1], 1.0 + std::pow(1.0 - T / c[2], c[3]));
   }

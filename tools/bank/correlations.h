@@ -18,7 +18,7 @@ struct Correlation {
   std::string source;          // citation
 };
 
-// Value at T [K] in the unit of the property (Pa, mol/m3, J/mol, J/(mol K)).
+// Value at T [K] in the unit of the property (Pa, mol/m3, J/mol, J/(mol K), Pa s, W/(m K), N/m).
 // Not a number for an unknown form or outside what the form can take.
 double evaluate(const Correlation& row, double T);
 

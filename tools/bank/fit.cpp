@@ -2,6 +2,7 @@
 
 #include "bank/fit_csv.h"
 #include "bank/fit_linear.h"
+#include "bank/transport_tables.h"
 
 #include <algorithm>
 #include <atomic>
@@ -123,25 +124,9 @@ bool write_table(const std::string& path, const char* comment, const char* heade
   return static_cast<bool>(out);
 }
 
-}  // namespace
-
-int fit_main(const FitOptions& options) {
-  ReferenceTables tables;
-  std::string message;
-  if (!read_reference(options.data_dir, tables, message)) {
-    std::fprintf(stderr, "talix-bank fit: %s\n", message.c_str());
-    return 1;
-  }
-  std::vector<const FitComponent*> todo;
-  for (const FitComponent& c : tables.components) {
-    if (selected(options, c)) {
-      todo.push_back(&c);
-    }
-  }
-  if (todo.empty()) {
-    std::fprintf(stderr, "talix-bank fit: no component of that name\n");
-    return 1;
-  }
+// The three tables of the equation of state and the ideal gas.
+bool fit_curve_tables(const FitOptions& options, const ReferenceTables& tables,
+                      const std::vector<const FitComponent*>& todo) {
   std::vector<Rows> results(todo.size());
   std::atomic<std::size_t> next{0}, done{0};
   std::mutex print;
@@ -177,23 +162,49 @@ int fit_main(const FitOptions& options) {
       ideal[todo[i]->number] = results[i].ideal_gas;
     }
   }
-  const bool written =
-      write_table(dir + "curves.csv",
-                  "Curve constants of the cubic equation. Deviations over reduced temperatures 0.40 to 0.98; "
-                  "super: gas "
-                  "density above the critical temperature up to 400 bar.",
-                  CURVES_HEADER, curves) &&
-      write_table(dir + "ideal_gas.csv",
-                  "Ideal-gas heat capacity [J/(mol K)] = c1 + c2 T + c3 T^2 + c4 T^3 + c5 T^4 + c6 T^5 + "
-                  "c7/T + c8/T^2, "
-                  "T in K.",
-                  IDEAL_HEADER, ideal) &&
-      write_table(
-          dir + "vapour_pressure.csv",
-          "ln(psat/Pc) = (w1 q + w2 q^1.5 + w3 q^3 + w4 q^6)/(T/Tc), q = 1 - T/Tc; Tc, Pc of components.csv.",
-          VAPOUR_HEADER, vapour);
-  if (!written) {
+  return write_table(
+             dir + "curves.csv",
+             "Curve constants of the cubic equation. Deviations over reduced temperatures 0.40 to 0.98; "
+             "super: gas "
+             "density above the critical temperature up to 400 bar.",
+             CURVES_HEADER, curves) &&
+         write_table(dir + "ideal_gas.csv",
+                     "Ideal-gas heat capacity [J/(mol K)] = c1 + c2 T + c3 T^2 + c4 T^3 + c5 T^4 + c6 T^5 + "
+                     "c7/T + c8/T^2, "
+                     "T in K.",
+                     IDEAL_HEADER, ideal) &&
+         write_table(dir + "vapour_pressure.csv",
+                     "ln(psat/Pc) = (w1 q + w2 q^1.5 + w3 q^3 + w4 q^6)/(T/Tc), q = 1 - T/Tc; Tc, Pc of "
+                     "components.csv.",
+                     VAPOUR_HEADER, vapour);
+}
+
+}  // namespace
+
+int fit_main(const FitOptions& options) {
+  ReferenceTables tables;
+  std::string message;
+  if (!read_reference(options.data_dir, tables, message)) {
+    std::fprintf(stderr, "talix-bank fit: %s\n", message.c_str());
+    return 1;
+  }
+  std::vector<const FitComponent*> todo;
+  for (const FitComponent& c : tables.components) {
+    if (selected(options, c)) {
+      todo.push_back(&c);
+    }
+  }
+  if (todo.empty()) {
+    std::fprintf(stderr, "talix-bank fit: no component of that name\n");
+    return 1;
+  }
+  if (options.curves && !fit_curve_tables(options, tables, todo)) {
     std::fprintf(stderr, "talix-bank fit: cannot write the tables in %s\n", options.data_dir.c_str());
+    return 1;
+  }
+  if (options.transport &&
+      !fit_transport_table(options.data_dir, tables, todo, !options.only.empty(), message)) {
+    std::fprintf(stderr, "talix-bank fit: %s\n", message.c_str());
     return 1;
   }
   return 0;

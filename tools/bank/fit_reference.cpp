@@ -326,6 +326,10 @@ bool read_reference(const std::string& data_dir, ReferenceTables& tables, std::s
     c.pc = static_cast<double>(static_cast<float>(t.number(i, "pc_Pa", 0.0) * 1e-6)) * 10.0 * 100000.0;
     c.omega = t.number(i, "omega", 0.0);
     c.mw = t.number(i, "mw", 0.0);
+    c.vc = t.number(i, "vc_m3_per_mol", 0.0);
+    // Of the elements only the noble gases and mercury are single atoms.
+    for (const char* formula : {"He", "Ne", "Ar", "Kr", "Xe", "Hg"})
+      c.monatomic = c.monatomic || t.text(i, "formula") == formula;
     if (c.tc > 0.0 && c.pc > 0.0) {
       tables.components.push_back(c);
     }
@@ -349,7 +353,8 @@ bool read_reference(const std::string& data_dir, ReferenceTables& tables, std::s
                                             t.number(i, "rho_mol_m3", 0.0), t.number(i, "cp_J_molK", 0.0),
                                             t.number(i, "w_m_s", 0.0), t.number(i, "jt_K_Pa", 0.0), false});
   }
-  for (const char* name : {"saturation_correlations.csv", "ideal_gas_correlations.csv"}) {
+  for (const char* name :
+       {"saturation_correlations.csv", "ideal_gas_correlations.csv", "transport_correlations.csv"}) {
     if (!load(name)) {
       return false;
     }

@@ -20,6 +20,8 @@ struct FitComponent {
   double pc = 0.0;     // critical pressure [Pa], rounded to 32 bits
   double omega = 0.0;  // acentric factor [-]
   double mw = 0.0;     // molar mass [g/mol]
+  double vc = 0.0;     // critical volume [m3/mol]
+  bool monatomic = false;
 };
 
 // One point on the saturation line; 0 where a quantity has no reference.

@@ -71,7 +71,16 @@ int main(int argc, char** argv) {
                   "codes or numbers of the components to fit, separated by commas; all without it")
       ->delimiter(',');
   fit->add_option("--jobs", fit_options.jobs, "threads; 0 for one a core")->capture_default_str();
-  fit->callback([&] { result = fit_main(fit_options); });
+  bool only_curves = false, only_transport = false;
+  CLI::Option* const curves =
+      fit->add_flag("--curves", only_curves, "only the curves, ideal gas and Wagner sets");
+  fit->add_flag("--transport", only_transport, "only the saturation and transport sets; takes seconds")
+      ->excludes(curves);
+  fit->callback([&] {
+    fit_options.curves = !only_transport;
+    fit_options.transport = !only_curves;
+    result = fit_main(fit_options);
+  });
 
   try {
     app.parse(argc, argv);

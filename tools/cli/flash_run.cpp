@@ -41,10 +41,14 @@ struct Tables {
   }
 };
 
-// Rows 13 to 15 (viscosity, conductivity, surface tension) are 0 where the library did not calculate them.
-bool calculated(std::size_t row, float value) {
-  constexpr std::size_t kFirstTransportRow = 13;
-  return std::isfinite(value) && (row < kFirstTransportRow || value != 0.0F);
+// The library has no viscosity or conductivity where it gives 0, and surface tensions for liquids alone.
+bool has_value(std::size_t row, float value, const PhaseColumns& columns) {
+  constexpr std::size_t kViscosity = 13;
+  constexpr std::size_t kConductivity = 14;
+  constexpr std::size_t kSurfaceTension = 15;
+  if (row == kViscosity || row == kConductivity) return std::isfinite(value) && value != 0.0F;
+  if (row == kSurfaceTension && columns.properties == kVapour.properties) return false;
+  return std::isfinite(value);
 }
 
 PhaseResult phase(Tables& tables, std::size_t components, const PhaseColumns& columns) {
@@ -56,7 +60,7 @@ PhaseResult phase(Tables& tables, std::size_t components, const PhaseColumns& co
   }
   for (std::size_t row = 1; row <= kPropertyRows; ++row) {
     const float value = tables.property(row, columns.properties);
-    if (calculated(row, value)) result.properties[row - 1] = value;
+    if (has_value(row, value, columns)) result.properties[row - 1] = value;
   }
   return result;
 }

@@ -168,7 +168,7 @@ std::string flash_table(const FlashRequest& request, const FlashResult& result) 
       request.basis == Basis::mass
           ? "  * Flows are in the unit of the feed: kg, or whatever unit of mass the feed is given in."
           : "  * Flows are in the unit of the feed: kmol, or whatever unit of moles the feed is given in.");
-  lines.line("  - An absent phase, or a property that is not calculated.");
+  lines.line("  - An absent phase, or a property without a value.");
   return lines.text();
 }
 
