@@ -23,10 +23,11 @@ namespace {
 
 using bank::SetValues;
 
-template <class Table>
-SetValues set_of(const Table& table, int i, int count) {
+template <int N>
+SetValues set_of(const Mat<R8, kMaxComponents, N>& table, int i) {
   SetValues c{};
-  for (int k = 1; k <= count; ++k) c.at(static_cast<std::size_t>(k - 1)) = table(i, k);
+  for (int k = 1; k <= N && k <= static_cast<int>(c.size()); ++k)
+    c.at(static_cast<std::size_t>(k - 1)) = table(i, k);
   return c;
 }
 
@@ -61,7 +62,7 @@ constexpr double kReduced[] = {0.45, 0.6, 0.75, 0.9, 0.97};
 TEST(BankInTheLibrary, FrostKalkwarfSetsSolveInBothLayers) {
   for_every_component([](int i) {
     const std::string name{comp.CMFNAM(i).view()};
-    const SetValues c = set_of(comp.PSAT, i, 5);
+    const SetValues c = set_of(comp.PSAT, i);
     for (const double u : kReduced) {
       const R8 T = u * comp.TC(i);
       const double expected = 1e6 * bank::psat_pressure(c, T);
@@ -82,7 +83,7 @@ TEST(BankInTheLibrary, FrostKalkwarfSetsSolveInBothLayers) {
 TEST(BankInTheLibrary, LiquidDensitiesAreTheSameInBothLayers) {
   for_every_component([](int i) {
     const std::string name{comp.CMFNAM(i).view()};
-    const SetValues dlip = set_of(comp.DLIP, i, 3), ddip = set_of(comp.DDIP, i, 4);
+    const SetValues dlip = set_of(comp.DLIP, i), ddip = set_of(comp.DDIP, i);
     for (const double u : kReduced) {
       const R8 T = u * comp.TC(i);
       const double by_form = comp.IDLI(i) != 0 ? bank::dlip_density(dlip, comp.TC(i), T)
@@ -110,7 +111,7 @@ TEST(BankInTheLibrary, ViscositySetsReadAsFitted) {
     if (comp.IVIL(i) == 0) return;
     ++with_set;
     const R8 T = 0.6 * comp.TC(i);
-    const double expected = bank::vil_viscosity(comp.IVIL(i), set_of(comp.VIL, i, 7), T);
+    const double expected = bank::vil_viscosity(comp.IVIL(i), set_of(comp.VIL, i), T);
     R8 ln_eta = 0.0;
     I4 nfail = 0;
     SVISO0(T, 1e5, i, ln_eta, nfail);
@@ -122,8 +123,7 @@ TEST(BankInTheLibrary, ViscositySetsReadAsFitted) {
     const R8 middle = 0.5 * (comp.SS(i, 5) + comp.SS(i, 6));
     SVISS2(middle, 1e5, i, ln_eta, nfail);
     EXPECT_EQ(nfail, status::ok) << name;
-    EXPECT_NEAR(std::exp(ln_eta) / bank::vil_viscosity(comp.IVIL(i), set_of(comp.VIL, i, 7), middle), 1.0,
-                0.11)
+    EXPECT_NEAR(std::exp(ln_eta) / bank::vil_viscosity(comp.IVIL(i), set_of(comp.VIL, i), middle), 1.0, 0.11)
         << name;
     R8 compressed = 0.0;
     SVISS2(middle, 100e5, i, compressed, nfail);
@@ -147,7 +147,7 @@ TEST(BankInTheLibrary, ConductivitySetsReadAsFitted) {
     I4 nfail = 0;
     STCCM1(T, 1e5, i, lambda, nfail);
     EXPECT_EQ(nfail, status::ok) << name;
-    EXPECT_NEAR(lambda / bank::tcl_conductivity(set_of(comp.TCL, i, 7), T), 1.0, 1e-6) << name;
+    EXPECT_NEAR(lambda / bank::tcl_conductivity(set_of(comp.TCL, i), T), 1.0, 1e-6) << name;
   });
 }
 
@@ -165,7 +165,7 @@ TEST(BankInTheLibrary, CorrespondingStatesSetsReadAsFitted) {
     CompVec x{};
     x(1) = 1.0;
     const R8 T = 0.7 * comp.TC(1), P = 1e5;
-    const SetValues c = set_of(comp.PARL2, 1, 5);
+    const SetValues c = set_of(comp.PARL2, 1);
     R8 value = 0.0;
     I4 nfail = 0;
     SVILI0(x, P, T, 1, value, nfail);
