@@ -153,11 +153,13 @@ extern "C" {
  *       flashed as the same feed times a power of two, and its results are multiplied back, so that feeds of any size
  *       have the same fractions and properties. What is too small or too large is refused as at level 0.
  *     - A result does not depend on earlier calls. None is handed out that is not a finite number.
- *     - A check makes at most 20,000 engine calls beside those of the flash itself: as a rule fewer than 70 for codes
- *       5, 8, 9 and 10, and 30 to some thousand for the others, which follow the saturation line where the answer of
- *       the flash does not settle which of several states is the nearest. The step limits of the flashes bound their
- *       own: some hundreds for codes 1 to 7 and 10, and for code 8 in theory 600,000 (fifty shortened feeds, fifty
- *       temperatures each, a hundred passes each); the most that was met is 90,000, with 44 components.
+ *     - A call makes at most 20,500 engine calls with codes 1 to 7 and 10 and at most 80,000 with codes 8 and 9: the
+ *       check at most 20,000, the rest within the step limits of the flashes. As a rule a check makes fewer than 70
+ *       with codes 5, 8, 9 and 10, and 30 to some thousand with the others, which follow the saturation line where the
+ *       answer of the flash does not settle which of several states is the nearest. In front of the check code 8 is
+ *       searched without leaving out components; at level 0, where it does, it may make up to 950,000 in theory (fifty
+ *       shortened feeds, ninety temperatures each, a hundred passes each; the most that was met is 90,000, with 44
+ *       components).
  *     - A text that stands at the end is echoed once; the texts of a search that is mended are not.
  *
  *   A component list whose load failed is not tried again: every call with it ends with the reason in STR,

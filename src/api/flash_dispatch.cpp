@@ -2,6 +2,7 @@
 
 #include "fastprops/flash_record.h"
 #include "flash/flpq.h"
+#include "flash/flpq2.h"
 #include "flash/flpq3.h"
 #include "flash/flpst.h"
 #include "flash/fltp.h"
@@ -53,6 +54,21 @@ void take_feed_as_phases() {
   }
 }
 
+// The same in front of the check, which mends what traces do to the search: without the up to fifty searches on ever
+// shorter feeds, so that the engine calls stay bounded.
+void adiabatic_to_check(Message& STR) {
+  R4 FOUT = 0.0F;
+  I4 IFAIL = 0;
+  fl.NCAL = flash_status::fresh;
+  FLPQ2(FOUT, IFAIL, STR);
+  if (IFAIL == 0 && !is_hard_failure(STR)) return;
+  STR.blank();
+  fl.T = fl.T_ASKED;
+  fl.FRV = fl.FRV_ASKED;
+  fl.NCAL = flash_status::failed;
+  FLPQ(STR);
+}
+
 // False when the code is none of a flash.
 bool flash_of_code(Message& STR) {
   switch (fl.IFLASH) {
@@ -85,7 +101,10 @@ bool flash_of_code(Message& STR) {
       FLVP(STR);
       return true;
     case flash_type::adiabatic:
-      adiabatic(STR);
+      if (fl.UNVERIFIED)
+        adiabatic(STR);
+      else
+        adiabatic_to_check(STR);
       return true;
     case flash_type::adiabatic_nested:
       FLPQ(STR);

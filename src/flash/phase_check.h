@@ -17,6 +17,11 @@ void check_flash(Message& STR);
 // and after the flash together.
 inline constexpr I4 kCheckedEngineCalls = 20000;
 void grant_engine_calls();
+// Of a whole call with a check, the results included: of codes 1 to 7 and 10, whose flashes make at most 200 passes of
+// two calls, and of any code. The searches of the adiabatic flashes end at the latest after ninety and eighty
+// temperatures, of a flash each.
+inline constexpr I4 kMostEngineCalls = kCheckedEngineCalls + 500;
+inline constexpr I4 kMostAdiabaticEngineCalls = kCheckedEngineCalls + 60000;
 
 // The parts of check_flash by kind of flash.
 void check_isothermal(Message& STR);

@@ -16,6 +16,7 @@ namespace {
 constexpr R4 kLargestFeed = 1.0E+9F;
 // Flows of a reported split below this tell nothing about the K-value.
 constexpr R4 kLeastFlow = 1.0E-36F;
+constexpr R8 kLeastShare = 1.0E-300;
 
 // The feed as one phase: settle_one_phase leaves it for the check of the same call.
 struct FeedTest {
@@ -28,7 +29,8 @@ constinit FeedTest test{};
 
 struct Work {
   RobustSplit split;
-  CompVec lnK;
+  CompVec lnK;       // of the reported split
+  CompVec polished;  // of the polished one
 };
 constinit Work work{};
 
@@ -69,6 +71,15 @@ void take_reported(const RobustMixture& mixture) {
   }
 }
 
+// ln K of the polished split, from its compositions; a trace that has run out of digits keeps the reported one.
+void take_polished() {
+  for (int i = 1; i <= test.mixture.n; ++i) {
+    const R8 y = work.split.vapour.x(i);
+    const R8 x = work.split.liquid.x(i);
+    work.polished(i) = y > kLeastShare && x > kLeastShare ? std::log(y) - std::log(x) : work.lnK(i);
+  }
+}
+
 // The reported split, polished; false when it is none of the lower Gibbs energy.
 bool reported_split_stands(R8 T, R8 P) {
   take_reported(test.mixture);
@@ -76,8 +87,10 @@ bool reported_split_stands(R8 T, R8 P) {
   if (!is_equilibrium(work.split)) return false;
   label_phases(test.mixture, work.split);
   if (!third_phase_plausible(test.mixture, work.split)) return true;
-  // The stability test needs phases that share their tangent plane to the last digit.
-  converge_from(test.mixture, T, P, work.lnK, test.feed, work.split);
+  // The stability test needs phases that share their tangent plane.
+  take_polished();
+  refine_split(test.mixture, T, P, work.polished, test.feed, work.split);
+  if (!is_equilibrium(work.split)) converge_from(test.mixture, T, P, work.lnK, test.feed, work.split);
   if (!is_equilibrium(work.split)) return false;
   settle_split(test.mixture, test.feed, work.split);
   return work.split.answer == Split::two_phases;

@@ -37,6 +37,8 @@ constexpr R8 kNearlyEqual = 1.0E-7;
 // A polish ends with a substitution when the fugacities agree so far and some |ln K| is above the second.
 constexpr R8 kClose = 3.0E-7;
 constexpr R8 kFarFromCritical = 1.0;
+// The same with a Newton step no longer than this in any ln K, which leaves its square.
+constexpr R8 kShortStep = 5.0E-5;
 // Phases nearer than this in every ln K and in the compressibility factor are the same phase.
 constexpr R8 kTrivial = 1.0E-5;
 // Differences in Gibbs energy that may be rounding: those below the first mostly are not, those above the
@@ -142,6 +144,7 @@ bool substitute(const RobustMixture& mixture, RobustSplit& split) {
     }
     const bool last = inside >= kSubstitutions;
     if (last || (inside > 0 && split.unequal < kEqual)) {
+      if (split.vapour.known == PhaseDerivatives::composition) return true;
       // The same state again, now with derivatives.
       retake_accepted(n);
       return evaluate_state(mixture, work.trial, PhaseDerivatives::composition, split);
@@ -157,7 +160,9 @@ bool substitute(const RobustMixture& mixture, RobustSplit& split) {
       length *= 0.5;
       set_trial(n, work.step, fraction, length);
     }
-    if (!evaluate_state(mixture, work.trial, PhaseDerivatives::none, split)) return false;
+    const bool next_last = inside + 1 >= kSubstitutions;
+    const PhaseDerivatives wanted = next_last ? PhaseDerivatives::composition : PhaseDerivatives::none;
+    if (!evaluate_state(mixture, work.trial, wanted, split)) return false;
     if (inside > 0 && split.gibbs > gibbs + kGibbsNoise) {
       retake_accepted(n);
       return evaluate_state(mixture, work.trial, PhaseDerivatives::composition, split);
@@ -241,6 +246,37 @@ void open_split(const RobustMixture& mixture, R8 T, R8 P, const CompVec& lnK, co
   }
 }
 
+// The state of a split that is nearly converged, with derivatives; false when it is none.
+bool open_near(const RobustMixture& mixture, R8 T, R8 P, const CompVec& lnK, const RobustPhase& feed,
+               RobustSplit& split) {
+  open_split(mixture, T, P, lnK, feed, split);
+  if (!evaluate_state(mixture, work.trial, PhaseDerivatives::composition, split)) return false;
+  accept(mixture, split);
+  if (work.range == FractionRange::inside) return true;
+  split.answer = Split::one_phase;
+  return false;
+}
+
+// The compositions after one more step from the accepted state, when it is so short that its end needs no evaluation.
+bool take_last_step(const RobustMixture& mixture, RobustSplit& split) {
+  const int n = mixture.n;
+  if (!(largest(n, work.lnK) > kFarFromCritical)) return false;
+  if (split.unequal < kClose) {
+    for (int i = 1; i <= n; ++i) work.step(i) = -work.residual(i);
+    set_trial(n, work.step, split.fraction, 1.0);
+  } else if (split.unequal < kShortStep) {
+    form_gibbs_hessian(mixture, split, work.residual);
+    gibbs_step(n, kFirstRadius, work.newton);
+    if (work.newton.curbed || !(largest(n, work.newton.lnK) < kShortStep)) return false;
+    set_trial(n, work.newton.lnK, split.fraction, 1.0);
+  } else {
+    return false;
+  }
+  if (split_fractions(mixture, work.trial, work.at) != FractionRange::inside) return false;
+  take_compositions(n, split);
+  return true;
+}
+
 }  // namespace
 
 // converge_from: the split that start values of ln K lead to, with the feed at hand.
@@ -262,29 +298,22 @@ void converge_from(const RobustMixture& mixture, R8 T, R8 P, const CompVec& lnK,
 // polish_split: a split that is nearly converged, brought to the end.
 //
 // In       lnK, feed  as in converge_from
-// Out      split      as there. Where the fugacities agree closely and the phases are far apart the last step is a
-//                     substitution whose end is not evaluated: ln phi and unequal are those before it
+// Out      split      as there. Where the fugacities agree closely and the phases are far apart the last step is one
+//                     whose end is not evaluated: ln phi, Z, gibbs and unequal are those before it
 void polish_split(const RobustMixture& mixture, R8 T, R8 P, const CompVec& lnK, const RobustPhase& feed,
                   RobustSplit& split) {
-  const int n = mixture.n;
-  open_split(mixture, T, P, lnK, feed, split);
-  if (!evaluate_state(mixture, work.trial, PhaseDerivatives::none, split)) return;
-  accept(mixture, split);
-  if (work.range != FractionRange::inside) {
-    split.answer = Split::one_phase;
-    return;
-  }
-  if (split.unequal < kClose && largest(n, work.lnK) > kFarFromCritical) {
-    for (int i = 1; i <= n; ++i) work.step(i) = -work.residual(i);
-    set_trial(n, work.step, split.fraction, 1.0);
-    if (split_fractions(mixture, work.trial, work.at) == FractionRange::inside) {
-      take_compositions(n, split);
-      return;
-    }
-  }
-  retake_accepted(n);
-  if (!evaluate_state(mixture, work.trial, PhaseDerivatives::composition, split)) return;
-  newton_to_equilibrium(mixture, split);
+  if (!open_near(mixture, T, P, lnK, feed, split)) return;
+  if (!take_last_step(mixture, split)) newton_to_equilibrium(mixture, split);
+}
+
+// refine_split: the same with every field evaluated at the end, to the accuracy that a stability test needs.
+void refine_split(const RobustMixture& mixture, R8 T, R8 P, const CompVec& lnK, const RobustPhase& feed,
+                  RobustSplit& split) {
+  if (!open_near(mixture, T, P, lnK, feed, split)) return;
+  if (split.unequal < kNearlyEqual && largest(mixture.n, work.lnK) > kFarFromCritical)
+    split.answer = Split::two_phases;
+  else
+    newton_to_equilibrium(mixture, split);
 }
 
 // converge_split: the same without the feed at hand, at one evaluation more.

@@ -15,6 +15,7 @@ namespace {
 constexpr int kMaxCandidates = 2 * kMaxCrossings + 2;
 constexpr R8 kSameValue = 1.0E-7;  // in the ln of the variable asked for: one point
 constexpr R8 kNegligible = 1.0E-300;
+constexpr R8 kOneRoot = 1.0E-6;  // of ln Z
 
 // A point to be tried: ln K with the lighter phase on top.
 struct Candidate {
@@ -31,6 +32,7 @@ struct Work {
   RobustSplit unstable;  // the last point found with a further phase below it
   bool has_unstable;
   SaturationResult rated, scanned;
+  RobustPhase vapour;
 };
 constinit Work w{};
 
@@ -165,6 +167,19 @@ void explain(const RobustMixture& mixture, const Question& q, SaturationResult& 
   }
 }
 
+// Two liquids in place of vapour and liquid: an answer where the lighter one has no vapour root, whose properties would
+// stand in the column of the vapour.
+void take_liquids(const RobustMixture& mixture, const Question& q, SaturationResult& result) {
+  const RobustSplit& split = w.scanned.split;
+  evaluate_phase(mixture, split.T, split.P, split.vapour.x, phase::vapour, PhaseDerivatives::none, w.vapour);
+  if (w.vapour.status == status::ok && std::fabs(std::log(w.vapour.Z / split.vapour.Z)) < kOneRoot) {
+    result = w.scanned;
+    return;
+  }
+  result.answer = Saturation::liquids_part;
+  result.limit = q.at_T ? split.P : split.T;
+}
+
 }  // namespace
 
 // robust_saturation: the lines of constant fraction, each point checked for stability, and a scan where they do not
@@ -174,7 +189,8 @@ void explain(const RobustMixture& mixture, const Question& q, SaturationResult& 
 //          FRACTION      0 bubble point, 1 dew point
 //          START         the caller's value of the other variable [bar] or [K]
 // Out      result
-// Status   found: the stable point nearest to START, or one with `unstable` set where no stable one was found
+// Status   found: the stable point nearest to START, or one with `unstable` set where no stable one was found, or one
+//          with split.two_liquids where there is no other
 void robust_saturation(const RobustMixture& mixture, SaturationGiven given, R8 value, R8 FRACTION, R8 START,
                        SaturationResult& result) {
   const Question q{given,
@@ -202,11 +218,13 @@ void robust_saturation(const RobustMixture& mixture, SaturationGiven given, R8 v
   const bool bubble_stands = result.answer == Saturation::found && result.unstable && !(FRACTION > 0.0);
   if (bubble_stands && (q.at_T || !open)) return;
   scan_saturation(mixture, given, value, FRACTION, START, w.scanned);
-  const bool fallback = result.answer == Saturation::found;
-  if (is_better_saturation(given, START, w.scanned, result))
+  const bool liquids = w.scanned.answer == Saturation::found && w.scanned.rank == standing::two_liquids;
+  if (!liquids && is_better_saturation(given, START, w.scanned, result))
     result = w.scanned;
-  else if (!fallback)
+  else if (result.answer != Saturation::found)
     explain(mixture, q, result);
+  // Beyond the limits of the lines that is what the caller has to know; where there is no line, two liquids may part.
+  if (liquids && result.answer == Saturation::no_line) take_liquids(mixture, q, result);
   // What was not found is only told where everything was looked at, or the lines say it too.
   if (w.scanned.answer == Saturation::unsettled && result.answer != Saturation::found &&
       (engine_budget() <= 0 || !is_complete(q, w.own) || result.answer == Saturation::no_line))

@@ -17,6 +17,7 @@ enum class Saturation {
   above_cricondentherm,  // the given temperature is above the highest temperature of the line
   above_critical,        // beyond the end of this line, where only the line of the other kind goes on
   above_range,           // the line is above the highest pressure of the library there
+  liquids_part,          // no saturation line there, but two liquids part at `limit`, the other variable
   no_line,               // no saturation line was found at the given value
   unsettled              // the engine failed or the budget ran out
 };
@@ -34,7 +35,8 @@ namespace standing {
 inline constexpr I4 stable = 0;
 inline constexpr I4 lowest_pair =
     1;  // a third phase would form; of two phases these have the lowest Gibbs energy
-inline constexpr I4 metastable = 2;  // a liquid that splits boils, or another pair of phases lies lower
+inline constexpr I4 metastable = 2;   // a liquid that splits boils, or another pair of phases lies lower
+inline constexpr I4 two_liquids = 3;  // stable, but both phases are liquids: where nothing boils or condenses
 }  // namespace standing
 
 // The state at the given T [K] or P [bar] and vapour fraction FRACTION (0 bubble point, 1 dew point). Where there
@@ -51,6 +53,10 @@ void saturation_of_pure(const RobustMixture& mixture, SaturationGiven given, R8 
 // labelled when it has FRACTION.
 bool solve_saturation(const RobustMixture& mixture, SaturationGiven given, R8 value, R8 FRACTION,
                       const CompVec& START_LNK, R8 START_VALUE, RobustSplit& split);
+
+// The same where two liquids part, for bubble and dew points.
+bool solve_liquids(const RobustMixture& mixture, SaturationGiven given, R8 value, R8 FRACTION,
+                   const CompVec& START_LNK, R8 START_VALUE, RobustSplit& split);
 
 // True when no other state of the same fraction can be nearer to START: told from one side of the two-phase region
 // and a look at the feed on the far side of START. False when that is open.

@@ -86,25 +86,46 @@ void fill_split(const RobustMixture& mixture, const LinePoint& point, RobustSpli
 
 }  // namespace
 
-bool solve_saturation(const RobustMixture& mixture, SaturationGiven given, R8 value, R8 FRACTION,
-                      const CompVec& START_LNK, R8 START_VALUE, RobustSplit& split) {
+namespace {
+
+// Solves the point on the extreme roots or on those of lowest Gibbs energy; true when it has FRACTION and two phases
+// within the limits of the library.
+bool solve_on_roots(const RobustMixture& mixture, SaturationGiven given, R8 value, R8 FRACTION,
+                    const CompVec& START_LNK, R8 START_VALUE, bool extreme, RobustSplit& split) {
   const bool at_T = given == SaturationGiven::temperature;
   const int held = at_T ? temperature_unknown(mixture) : pressure_unknown(mixture);
   const int free = at_T ? pressure_unknown(mixture) : temperature_unknown(mixture);
-  for (const bool extreme_roots : {true, false}) {
-    LinePoint point{};
-    for (int i = 1; i <= mixture.n; ++i) point.u(i) = START_LNK(i);
-    point.u(free) = std::log(START_VALUE);
-    point.fraction = FRACTION;
-    point.root_x = extreme_roots ? phase::liquid : phase::gibbs;
-    point.root_y = extreme_roots ? phase::vapour : phase::gibbs;
-    if (solve_point(mixture, held, std::log(value), kIterations, point) != PointAnswer::solved) continue;
-    fill_split(mixture, point, split);
-    if (!(split.P <= static_cast<R8>(kMaxPressure)) || !(split.T <= static_cast<R8>(kMaxTemperature)))
-      continue;
-    if (are_near(mixture.n, split.vapour, split.liquid, kAlike)) continue;
-    if (std::fabs(split.fraction - FRACTION) < kSameFraction && !split.two_liquids) return true;
-  }
+  LinePoint point{};
+  for (int i = 1; i <= mixture.n; ++i) point.u(i) = START_LNK(i);
+  point.u(free) = std::log(START_VALUE);
+  point.fraction = FRACTION;
+  point.root_x = extreme ? phase::liquid : phase::gibbs;
+  point.root_y = extreme ? phase::vapour : phase::gibbs;
+  if (solve_point(mixture, held, std::log(value), kIterations, point) != PointAnswer::solved) return false;
+  fill_split(mixture, point, split);
+  if (!(split.P <= static_cast<R8>(kMaxPressure)) || !(split.T <= static_cast<R8>(kMaxTemperature)))
+    return false;
+  return !are_near(mixture.n, split.vapour, split.liquid, kAlike) &&
+         std::fabs(split.fraction - FRACTION) < kSameFraction;
+}
+
+}  // namespace
+
+bool solve_saturation(const RobustMixture& mixture, SaturationGiven given, R8 value, R8 FRACTION,
+                      const CompVec& START_LNK, R8 START_VALUE, RobustSplit& split) {
+  for (const bool extreme : {true, false})
+    if (solve_on_roots(mixture, given, value, FRACTION, START_LNK, START_VALUE, extreme, split) &&
+        !split.two_liquids)
+      return true;
+  return false;
+}
+
+bool solve_liquids(const RobustMixture& mixture, SaturationGiven given, R8 value, R8 FRACTION,
+                   const CompVec& START_LNK, R8 START_VALUE, RobustSplit& split) {
+  for (const bool extreme : {true, false})
+    if (solve_on_roots(mixture, given, value, FRACTION, START_LNK, START_VALUE, extreme, split) &&
+        split.two_liquids)
+      return true;
   return false;
 }
 
@@ -151,11 +172,12 @@ bool rate(const RobustMixture& mixture, SaturationResult& result) {
   const Stability stability = test_saturated(mixture, rated);
   if (stability == Stability::unsettled) return false;
   const bool unstable = stability == Stability::unstable;
-  if (unstable && !stands_unstable(mixture, rated)) return false;
+  if (unstable && (rated.two_liquids || !stands_unstable(mixture, rated))) return false;
   result.answer = Saturation::found;
   result.limit = 0.0;
   result.unstable = unstable;
-  result.rank = !unstable                        ? standing::stable
+  result.rank = rated.two_liquids                ? standing::two_liquids
+                : !unstable                      ? standing::stable
                 : is_lowest_pair(mixture, rated) ? standing::lowest_pair
                                                  : standing::metastable;
   result.split = rated;

@@ -15,6 +15,9 @@ constexpr R8 kLowestP = 1.0E-4;   // [bar]
 constexpr int kBisections = 14;
 constexpr int kGapSteps = 6;
 constexpr R8 kOtherPhase = 0.3;  // difference of a mole fraction that makes another phase
+constexpr int kJumpSteps = 40;
+constexpr R8 kJumpWidth = 1.0E-9;  // of ln T or ln P, at which a jump of the volume shows
+constexpr R8 kJump = 0.03;         // of ln Z
 constexpr R8 kNegligible = 1.0E-300;
 
 // A state of the scan: the share of the feed in the lighter phase, and ln K of its two phases.
@@ -28,8 +31,9 @@ struct ScanState {
 
 struct Work {
   Vec<ScanState, kPoints> states;
-  ScanState low, high, middle, gap;
+  ScanState low, high, middle, gap, hidden;
   RobustPhase feed;
+  RobustPhase low_feed, high_feed;  // on both sides of a jump
   StabilityResult trials;
   RobustSplit split;
   SaturationResult found;
@@ -50,6 +54,20 @@ R8 pressure(const Question& q, R8 free) {
   return q.given == SaturationGiven::temperature ? std::exp(free) : q.value;
 }
 
+// The trial against the feed: two liquids by their molar volumes over the mean critical volume, as their labels.
+bool is_lighter(const RobustMixture& mixture, const StabilityTrial& trial) {
+  const bool liquids =
+      trial.root == phase::liquid && !trial.single && w.feed.root == phase::liquid && !w.feed.single;
+  if (!liquids) return trial.Z > w.feed.Z;
+  R8 trial_sum = 0.0, feed_sum = 0.0;
+  for (int i = 1; i <= mixture.n; ++i) {
+    const R8 VC = static_cast<R8>(fl.VC(mixture.at(i)));
+    trial_sum += trial.w(i) * VC;
+    feed_sum += mixture.z(i) * VC;
+  }
+  return trial.Z / trial_sum > w.feed.Z / feed_sum;
+}
+
 // Is the feed unstable, and against what: ln K of the trial over the feed, turned so that y is the lighter phase.
 void examine_feed(const RobustMixture& mixture, R8 T, R8 P, ScanState& s) {
   evaluate_phase(mixture, T, P, mixture.z, phase::gibbs, PhaseDerivatives::none, w.feed);
@@ -59,8 +77,9 @@ void examine_feed(const RobustMixture& mixture, R8 T, R8 P, ScanState& s) {
   s.split = w.trials.answer == Stability::unstable;
   if (!s.split) return;
   const StabilityTrial& trial = w.trials.trials(1);
-  const R8 sign = trial.Z > w.feed.Z ? 1.0 : -1.0;
-  s.fraction = trial.Z > w.feed.Z ? 0.0 : 1.0;
+  const bool lighter = is_lighter(mixture, trial);
+  const R8 sign = lighter ? 1.0 : -1.0;
+  s.fraction = lighter ? 0.0 : 1.0;
   for (int i = 1; i <= mixture.n; ++i) s.lnK(i) = sign * trial.lnK(i);
 }
 
@@ -103,6 +122,16 @@ bool try_state(const RobustMixture& mixture, const Question& q, const ScanState&
   return solve_saturation(mixture, q.given, q.value, q.fraction, s.lnK, start, w.split);
 }
 
+// Where nothing boils or condenses between W.low and W.high: the point at which two liquids part.
+bool part_liquids(const RobustMixture& mixture, const Question& q) {
+  if (!q.saturated) return false;
+  for (const ScanState* s : {&w.low, &w.high})
+    if (s->split && s->fraction == q.fraction &&
+        solve_liquids(mixture, q.given, q.value, q.fraction, s->lnK, std::exp(s->free), w.split))
+      return true;
+  return false;
+}
+
 // Narrows the pair W.low, W.high down until the point is solved between them.
 bool close_in(const RobustMixture& mixture, const Question& q) {
   for (int step = 0; step < kBisections; ++step) {
@@ -120,7 +149,7 @@ bool close_in(const RobustMixture& mixture, const Question& q) {
                           (!lies_between(q, w.middle, w.high) && may_lie_between(q, w.low, w.middle));
     (in_lower ? w.high : w.low) = w.middle;
   }
-  return try_state(mixture, q, w.low) || try_state(mixture, q, w.high);
+  return try_state(mixture, q, w.low) || try_state(mixture, q, w.high) || part_liquids(mixture, q);
 }
 
 // How different the phases are that two unstable states split off: largest difference of a mole fraction.
@@ -146,6 +175,31 @@ bool find_gap(const RobustMixture& mixture, const Question& q, const ScanState& 
     (like_low ? w.low : w.high) = w.middle;
   }
   return false;
+}
+
+// Two stable neighbours, one liquid and one vapour, have a two-phase region between them where the volume of the feed
+// on its root of lowest Gibbs energy jumps: W.hidden is a state of it. Mixtures that boil like a pure component have
+// so narrow a region that no point of the scan meets it.
+bool find_hidden(const RobustMixture& mixture, const Question& q, const ScanState& a, const ScanState& b) {
+  if (!a.settled || !b.settled || a.split || b.split) return false;
+  const auto place = [&](R8 free, RobustPhase& phase) {
+    evaluate_phase(mixture, temperature(q, free), pressure(q, free), mixture.z, phase::gibbs,
+                   PhaseDerivatives::none, phase);
+    return phase.status == status::ok;
+  };
+  R8 low = a.free, high = b.free;
+  if (!place(low, w.low_feed) || !place(high, w.high_feed)) return false;
+  for (int step = 0; step < kJumpSteps && high - low > kJumpWidth; ++step) {
+    const R8 middle = 0.5 * (low + high);
+    if (!(std::fabs(std::log(w.low_feed.Z / w.high_feed.Z)) > kJump) || !place(middle, w.feed)) return false;
+    const bool lower =
+        std::fabs(std::log(w.low_feed.Z / w.feed.Z)) > std::fabs(std::log(w.feed.Z / w.high_feed.Z));
+    (lower ? high : low) = middle;
+    (lower ? w.high_feed : w.low_feed) = w.feed;
+  }
+  if (!(std::fabs(std::log(w.low_feed.Z / w.high_feed.Z)) > kJump)) return false;
+  examine(mixture, q, 0.5 * (low + high), w.hidden);
+  return w.hidden.settled && w.hidden.split;
 }
 
 // The last solved state, if it is better than the one found before.
@@ -191,6 +245,9 @@ void scan_saturation(const RobustMixture& mixture, SaturationGiven given, R8 val
       w.gap = w.middle;
       search_pair(mixture, q, a, w.gap, result);
       search_pair(mixture, q, w.gap, b, result);
+    } else if (find_hidden(mixture, q, a, b)) {
+      search_pair(mixture, q, a, w.hidden, result);
+      search_pair(mixture, q, w.hidden, b, result);
     } else if (may_lie_between(q, a, b)) {
       search_pair(mixture, q, a, b, result);
     }

@@ -38,6 +38,10 @@ void converge_from(const RobustMixture& mixture, R8 T, R8 P, const CompVec& lnK,
 void polish_split(const RobustMixture& mixture, R8 T, R8 P, const CompVec& lnK, const RobustPhase& feed,
                   RobustSplit& split);
 
+// The same with every field evaluated at the end: for a split that a stability test follows.
+void refine_split(const RobustMixture& mixture, R8 T, R8 P, const CompVec& lnK, const RobustPhase& feed,
+                  RobustSplit& split);
+
 // The whole flash: stability of the feed, split from its trials, stability of the split. START_LNK may be
 // null; when it is not, it is tried before the stability test.
 void robust_isothermal(const RobustMixture& mixture, R8 T, R8 P, const CompVec* START_LNK,

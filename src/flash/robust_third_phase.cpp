@@ -46,10 +46,14 @@ constinit Work work{};
 
 // True when the smallest eigenvalue of the liquid is below LEAST, or the engine cannot tell.
 bool is_soft(const RobustMixture& mixture, const RobustSplit& split, R8 LEAST) {
-  evaluate_phase(mixture, split.T, split.P, split.liquid.x, phase::gibbs, PhaseDerivatives::composition,
-                 work.liquid);
-  if (work.liquid.status != status::ok) return true;
-  fill_second(mixture.n, work.liquid, work.curvature);
+  const RobustPhase* liquid = &split.liquid;
+  if (liquid->known == PhaseDerivatives::none) {
+    evaluate_phase(mixture, split.T, split.P, split.liquid.x, phase::gibbs, PhaseDerivatives::composition,
+                   work.liquid);
+    if (work.liquid.status != status::ok) return true;
+    liquid = &work.liquid;
+  }
+  fill_second(mixture.n, *liquid, work.curvature);
   return !cholesky_factor(mixture.n, work.curvature, -LEAST, work.factor);
 }
 
@@ -107,8 +111,9 @@ Stability stability_of_split(const RobustMixture& mixture, const RobustSplit& sp
   if (!full && !third_phase_plausible(mixture, split)) return result.answer;
   const R8 in_liquid = least_share(mixture.n, split.liquid);
   const bool take_vapour = in_liquid < kLostShare && in_liquid < least_share(mixture.n, split.vapour);
-  test_stability(mixture, split.T, split.P, take_vapour ? split.vapour : split.liquid,
-                 full ? StabilityEffort::full : StabilityEffort::first, result);
+  test_stability_beside(mixture, split.T, split.P, take_vapour ? split.vapour : split.liquid,
+                        take_vapour ? split.liquid : split.vapour,
+                        full ? StabilityEffort::full : StabilityEffort::first, result);
   return result.answer;
 }
 

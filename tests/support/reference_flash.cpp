@@ -1,5 +1,6 @@
 #include "support/reference_flash.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -39,6 +40,15 @@ Numbers ratio(const Numbers& a, const Numbers& b) {
   return lnK;
 }
 
+// What is left of a mole of feed when nearly all of it that X can take has gone into X.
+Numbers remainder(const Numbers& z, const Numbers& x) {
+  R8 most = 1.0;
+  for (std::size_t i = 0; i < z.size(); ++i) most = std::min(most, 0.99 * z[i] / x[i]);
+  Numbers rest(z.size());
+  for (std::size_t i = 0; i < z.size(); ++i) rest[i] = z[i] - most * x[i];
+  return normalised(rest);
+}
+
 // Splits from every stationary point against the feed, from each against each, and from Wilson's K-values.
 void hunt_from_trials(Hunt& hunt, const Stability& s, Effort effort) {
   for (const Stationary& trial : s.found)
@@ -66,6 +76,11 @@ R8 hunt_below_tangent_plane(Hunt& hunt, Effort effort) {
       lowered = keep_if_lower(hunt, ratio(trial.phase.x, before.a.x)) || lowered;
       lowered = keep_if_lower(hunt, ratio(trial.phase.x, before.b.x)) || lowered;
       lowered = keep_if_lower(hunt, ratio(trial.phase.x, hunt.m.z)) || lowered;
+      // Both phases may have to go.
+      if (effort == Effort::scan) continue;
+      for (const Stationary& other : s.found)
+        if (&other != &trial) lowered = keep_if_lower(hunt, ratio(trial.phase.x, other.phase.x)) || lowered;
+      lowered = keep_if_lower(hunt, ratio(trial.phase.x, remainder(hunt.m.z, trial.phase.x))) || lowered;
     }
     if (!lowered) return s.lowest();
   }

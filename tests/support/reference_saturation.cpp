@@ -121,8 +121,9 @@ bool boundary_between(const Line& line, R8 outside, R8 inside, Effort effort, Bo
     const R8 middle = between(line, outside, inside);
     (splits(line, middle, effort) ? inside : outside) = middle;
   }
-  // A step inside, where the split is clear; near a critical point a larger one is needed.
-  for (const R8 step : {1.0E-9, 1.0E-8, 1.0E-7, 1.0E-6}) {
+  // A step inside, where the split is clear; near a critical point and at the dew pressures of heavy oils in the cold,
+  // where the volume of the liquid is lost beside that of the vapour, a larger one is needed.
+  for (const R8 step : {1.0E-9, 1.0E-8, 1.0E-7, 1.0E-6, 1.0E-5, 1.0E-4}) {
     const R8 at = inside > outside ? inside * (1.0 + step) : inside * (1.0 - step);
     result.inside = flash(line.m, line.T(at), line.P(at), effort);
     if (result.inside.phases == 2) break;

@@ -164,6 +164,24 @@ void add_pure_end(Search& s, std::size_t k) {
   run_trial(s, lnW, false);
 }
 
+// Down the distance from next to a pure component, without substitution: where a little of another component in it has
+// a very small or a very large fugacity coefficient, substitution leaps to the feed.
+void add_pure_descent(Search& s, std::size_t k) {
+  for (const R8 others : {1.0E-4, 0.05}) {
+    Numbers x(s.m.size());
+    for (std::size_t i = 0; i < x.size(); ++i) x[i] = others * s.result.feed.x[i];
+    x[k] += 1.0 - others;
+    Phase p;
+    if (!evaluate(s.m, s.T, s.P, x, p)) continue;
+    // The amount of it that lies lowest.
+    R8 plane = 0.0;
+    for (std::size_t i = 0; i < x.size(); ++i) plane += x[i] * (std::log(x[i]) + p.lnphi[i] - s.d[i]);
+    Numbers lnW(x.size());
+    for (std::size_t i = 0; i < x.size(); ++i) lnW[i] = std::log(x[i]) - plane;
+    run_trial(s, lnW, true);
+  }
+}
+
 // Both roots of the composition itself as first approximations.
 void add_root(Search& s, I4 type) {
   Phase p;
@@ -224,6 +242,8 @@ Stability analyse(const Mixture& m, R8 T, R8 P, const Numbers& x, Effort effort)
   }
   for (std::size_t i = 0; i < n; ++i)
     if (i == lightest || i == heaviest || effort != Effort::scan || may_be_pure(s, i)) add_pure_end(s, i);
+  for (std::size_t i = 0; i < n; ++i)
+    if (effort != Effort::scan || may_be_pure(s, i)) add_pure_descent(s, i);
   if (effort != Effort::scan) {
     for (const R8 power : {1.0 / 3.0, -1.0 / 3.0}) add_wilson(s, power);
     add_root(s, phase::vapour);

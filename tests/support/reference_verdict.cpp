@@ -16,6 +16,7 @@ constexpr R8 kCompositionTolerance = 1.0E-4;
 constexpr R8 kTemperatureTolerance = 0.02;  // [K], at a given enthalpy
 constexpr R8 kNear = 1.0E-3;                // relative distance of temperature or pressure from a boundary
 constexpr R8 kTrivial = 1.0E-3;             // two phases of a saturated state nearer than this are one
+constexpr int kHalvings = 24;               // of the reach of a 32-bit number
 constexpr R8 kBalanced = 1.0E-6;            // imbalance of two phases whose Gibbs energy can be compared
 
 std::string text_of(const char* label, const Numbers& x) {
@@ -212,16 +213,20 @@ namespace {
 // those of the neighbouring numbers, and the phases are those of one of them.
 bool spans_fraction(const Line& line, const Reply& r, R8 fraction) {
   const R8 at = line.axis == Axis::pressure ? r.P : r.T;
-  bool below = false, above = false, alike = false;
-  for (const R8 d : {-2.0E-7, -1.0E-7, 0.0, 1.0E-7, 2.0E-7}) {
-    const Answer there = flash(line.m, line.T(at * (1.0 + d)), line.P(at * (1.0 + d)));
-    below = below || there.vapour_share <= fraction;
-    above = above || there.vapour_share >= fraction;
-    if (there.phases != 2) continue;
-    alike = alike || (largest_difference(normalised(r.y), there.light.x) < kCompositionTolerance &&
-                      largest_difference(normalised(r.x), there.heavy.x) < kCompositionTolerance);
+  R8 low = at * (1.0 - 2.0E-7), high = at * (1.0 + 2.0E-7);
+  const auto share_at = [&](R8 place) { return flash(line.m, line.T(place), line.P(place)).vapour_share; };
+  const bool rising = share_at(low) <= fraction && share_at(high) >= fraction;
+  const bool falling = share_at(low) >= fraction && share_at(high) <= fraction;
+  if (!rising && !falling) return false;
+  for (int step = 0; step < kHalvings; ++step) {
+    const R8 middle = 0.5 * (low + high);
+    const Answer there = flash(line.m, line.T(middle), line.P(middle));
+    if (there.phases == 2 && largest_difference(normalised(r.y), there.light.x) < kCompositionTolerance &&
+        largest_difference(normalised(r.x), there.heavy.x) < kCompositionTolerance)
+      return std::fabs(r.vapour - fraction) < kFractionTolerance;
+    ((there.vapour_share < fraction) == rising ? low : high) = middle;
   }
-  return below && above && alike && std::fabs(r.vapour - fraction) < kFractionTolerance;
+  return false;
 }
 
 // So near to a critical point that the phases of the boundary differ by less than 0.005 and the boundary is known to

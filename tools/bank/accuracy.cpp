@@ -11,6 +11,7 @@
 
 #include "bank/accuracy_engine.h"
 #include "bank/accuracy_transport.h"
+#include "bank/accuracy_transport_phases.h"
 #include "bank/fit_curves.h"
 #include "bank/tables.h"
 
@@ -340,7 +341,7 @@ void write_notes(std::ostream& out) {
 }  // namespace
 
 void write_accuracy_report(const Bank& bank, const std::filesystem::path& data_dir,
-                           const std::filesystem::path& report) {
+                           const std::filesystem::path& golden_dir, const std::filesystem::path& report) {
   ReferenceTables tables;
   std::string message;
   if (!read_reference(data_dir.string(), tables, message)) throw BankError(message);
@@ -355,6 +356,7 @@ void write_accuracy_report(const Bank& bank, const std::filesystem::path& data_d
   write_gases(out, lines);
   write_zones(out, lines);
   write_transport_report(out, bank, data_dir);
+  write_phase_transport(out, bank, golden_dir);
   write_notes(out);
   if (!out) throw BankError("cannot write " + report.string());
 }

@@ -293,7 +293,7 @@ int check_main(const CheckOptions& options) {
               << " pairs, " << faults.size() << " faults\n";
     if (!faults.empty()) return 1;
     if (!options.report.empty()) {
-      write_accuracy_report(bank, options.data_dir, options.report);
+      write_accuracy_report(bank, options.data_dir, options.golden_dir, options.report);
       std::cout << "wrote " << options.report.string() << '\n';
     }
     return 0;

@@ -12,6 +12,7 @@ namespace talix::bank {
 struct CheckOptions {
   std::filesystem::path share;                        // install directory, or the folder of the files
   std::filesystem::path data_dir = "data";            // reference tables of the report
+  std::filesystem::path golden_dir = "tests/golden";  // reference states of viscosity, conductivity, tension
   std::filesystem::path report = "docs/accuracy.md";  // file of the report; empty for none
 };
 

@@ -55,6 +55,8 @@ int main(int argc, char** argv) {
       ->capture_default_str();
   check->add_option("--data", check_options.data_dir, "folder of the reference tables")
       ->capture_default_str();
+  check->add_option("--golden", check_options.golden_dir, "folder of the reference states of phases")
+      ->capture_default_str();
   check->add_option("--report", check_options.report, "file of the accuracy report")->capture_default_str();
   check->add_flag("--no-report", no_report, "validate only");
   check->callback([&] {
