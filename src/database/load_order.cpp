@@ -8,6 +8,7 @@
 #include "database/message_text.h"
 #include "database/optional_readers.h"
 #include "database/pair_record.h"
+#include "database/s0u_user_pairs.h"
 #include "database/sdb_binary.h"
 #include "database/sdb_hydrate.h"
 #include "database/sdb_pure.h"
@@ -104,14 +105,15 @@ void load_components(I4& NFAIL) {
   }
 }
 
-// Step 5. Henry data and the parameters of the A-excess rule belong to the pairs of one list: those of an older
-// list must not stand in for it.
+// Step 5. Henry data, the parameters of the A-excess rule and the last parameter of the association model belong to
+// the pairs of one list: those of an older list must not stand in for it.
 void load_pairs(I4& NFAIL) {
   pairs.HEN1.fill(0.0);
   pairs.HEN2.fill(0.0);
   pairs.HEN3.fill(0.0);
   pairs.HEN4.fill(0.0);
   pairs.BICWS.fill(0.0);
+  pairs.BCP1TT.fill(0.0);
   SDBBI1(setup.NUMH, NFAIL);
   if (NFAIL != status::ok) report(severity::error, "Could not read/generate BIP values");
 }

@@ -72,6 +72,4 @@ void SCPDB0(const I4&, const I4&, I4& NFAIL) { not_available("SCPDB0", data_file
 
 void SCPDB2(const I4&, I4& NFAIL) { not_available("SCPDB2", data_file::cpa_binary, NFAIL); }
 
-void S0UBIN(const I4&, I4& NFAIL) { not_available("S0UBIN", data_file::user_binary, NFAIL); }
-
 }  // namespace talix

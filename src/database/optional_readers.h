@@ -22,7 +22,5 @@ void SNLUF0(const I4& N, const R8& T1, const R8& T2, I4& NFAIL);
 // CPA parameters of component ICOMP with standard number NUMBER, and of the pairs of N components.
 void SCPDB0(const I4& ICOMP, const I4& NUMBER, I4& NFAIL);
 void SCPDB2(const I4& N, I4& NFAIL);
-// User parameters of the pairs of N components.
-void S0UBIN(const I4& N, I4& NFAIL);
 
 }  // namespace talix

@@ -2,11 +2,13 @@
 #include "association/cpa_record.h"
 #include "characterisation/fraction_record.h"
 #include "database/component_record.h"
+#include "database/srk_variant_record.h"
 #include "engine/codes.h"
 #include "engine/model_record.h"
 #include "engine/setup.h"
 #include "engine/setup_record.h"
 #include "eos/two_dimensional_record.h"
+#include "eos/vardo95_record.h"
 #include "liquid/solubility_record.h"
 #include "liquid/unifac_record.h"
 #include "solids/hydrate_record.h"
@@ -21,7 +23,8 @@ void SINAO0() { set_hydrate_constants(); }
 
 // SINAO1: the empty values of the shared records.
 //
-// Shared   writes setup, fractions, comp, resv, unifac, planar, solubility, cpa_sets, unifill
+// Shared   writes setup, fractions, comp, vardo95, srk_variants, resv, unifac, planar, solubility, cpa_sets,
+//          unifill
 // Oddity   TMELT and AOB are empty at -1, everything else at 0
 void SINAO1() {
   // Set-up and pseudo-component slots.
@@ -38,6 +41,8 @@ void SINAO1() {
   comp.OMEGA.fill(0.0);
   comp.VC.fill(0.0);
   comp.ICS.fill(text<4>(""));
+  vardo95 = Vardo95Record{};
+  srk_variants = SrkVariantRecord{};
   reset_fraction_record();
   setup.pure_records_read = 0;
   resv = ReservedRecord{};

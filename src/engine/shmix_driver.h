@@ -24,5 +24,8 @@ void SHMIX0(const I4& IPHTYP, const I4& IROOTO, const R8& T, const R8& P, const 
 // Vapour pressure PS [Pa] of component ICOMP and its derivative DPS [Pa/K] by the method code METHOD.
 void SPSAT0(const R8& T, const R8& PSGIVEN, const I4& ICOMP, const L4& VALUE, const L4& DERIV,
             const I4& METHOD, R8& PS, R8& DPS, I4& NFAIL);
+// The set that METHOD takes for component ICOMP, method::wagner, frost_kalkwarf, antoine or antoine_extended; 0 when
+// the component has none for it, or METHOD is none of these and no default.
+I4 vapour_pressure_set(const I4& METHOD, const I4& ICOMP);
 
 }  // namespace talix

@@ -7,32 +7,69 @@ namespace talix {
 
 namespace {
 
-using Correlation = void (*)(const R8& T, const I4& ICOMP, const L4& VALUE, const L4& DERIV, R8& PSAT,
-                             R8& DPSAT, I4& NFAIL);
-
-// The set behind IPSA is of the Antoine form when its third coefficient is given.
-Correlation form_of_psat(I4 ICOMP) { return comp.PSAT(ICOMP, 3) != 0.0 ? SPSAN1 : SPSFK0; }
-
 // IPSA of a component whose set the default method passes over.
 constexpr I4 kPassedOver = 7;
 
-Correlation bramm_choice(I4 ICOMP) {
-  if (comp.IPWA(ICOMP) != 0) return SPSWG0;
+// The set behind IPSA is of the Antoine form when its third coefficient is given.
+I4 form_of_psat(I4 ICOMP) { return comp.PSAT(ICOMP, 3) != 0.0 ? method::antoine : method::frost_kalkwarf; }
+
+I4 bramm_choice(I4 ICOMP) {
+  if (comp.IPWA(ICOMP) != 0) return method::wagner;
   if (comp.IPSA(ICOMP) != 0 && comp.IPSA(ICOMP) != kPassedOver) return form_of_psat(ICOMP);
-  if (comp.IPAN(ICOMP) != 0) return SPSAN1;
-  if (comp.IPANO(ICOMP) != 0) return SPSAN2;
-  return nullptr;
+  if (comp.IPAN(ICOMP) != 0) return method::antoine;
+  if (comp.IPANO(ICOMP) != 0) return method::antoine_extended;
+  return 0;
 }
 
-Correlation tolk_choice(I4 ICOMP) {
+I4 tolk_choice(I4 ICOMP) {
   if (comp.IPSA(ICOMP) != 0) return form_of_psat(ICOMP);
-  if (comp.IPAN(ICOMP) != 0) return SPSAN1;
-  return nullptr;
+  if (comp.IPAN(ICOMP) != 0) return method::antoine;
+  return 0;
 }
 
-Correlation single_choice(I4 flag, Correlation correlation) { return flag != 0 ? correlation : nullptr; }
+// The set of SET, when the flag of the component says that it is there.
+I4 single_choice(I4 flag, I4 set) { return flag != 0 ? set : 0; }
+
+bool is_method(I4 METHOD) {
+  switch (METHOD) {
+    case method::bramm_default:
+    case method::tolk_default:
+    case method::frost_kalkwarf:
+    case method::wagner:
+    case method::antoine:
+    case method::antoine_extended:
+      return true;
+    default:
+      return false;
+  }
+}
 
 }  // namespace
+
+// vapour_pressure_set: which set of a component a method takes.
+//
+// In       METHOD  I4  method::*
+//          ICOMP   I4  component
+// Out      the set, method::wagner, frost_kalkwarf, antoine or antoine_extended; 0 for none
+// Shared   reads the flags of the sets in comp, and PSAT
+I4 vapour_pressure_set(const I4& METHOD, const I4& ICOMP) {
+  switch (METHOD) {
+    case method::bramm_default:
+      return bramm_choice(ICOMP);
+    case method::tolk_default:
+      return tolk_choice(ICOMP);
+    case method::frost_kalkwarf:
+      return single_choice(comp.IPSA(ICOMP), METHOD);
+    case method::wagner:
+      return single_choice(comp.IPWA(ICOMP), METHOD);
+    case method::antoine:
+      return single_choice(comp.IPAN(ICOMP), METHOD);
+    case method::antoine_extended:
+      return single_choice(comp.IPANO(ICOMP), METHOD);
+    default:
+      return 0;
+  }
+}
 
 // SPSAT0: vapour pressure of a pure component by a chosen method.
 //
@@ -55,39 +92,23 @@ void SPSAT0(const R8& T, const R8& PSGIVEN, const I4& ICOMP, const L4& VALUE, co
     NFAIL = status::input;
     return;
   }
-  Correlation correlation = nullptr;
-  switch (METHOD) {
-    case method::bramm_default:
-      correlation = bramm_choice(ICOMP);
-      break;
-    case method::tolk_default:
-      correlation = tolk_choice(ICOMP);
-      break;
-    case method::frost_kalkwarf:
-      correlation = single_choice(comp.IPSA(ICOMP), SPSFK0);
-      break;
-    case method::wagner:
-      correlation = single_choice(comp.IPWA(ICOMP), SPSWG0);
-      break;
-    case method::antoine:
-      correlation = single_choice(comp.IPAN(ICOMP), SPSAN1);
-      break;
-    case method::antoine_extended:
-      correlation = single_choice(comp.IPANO(ICOMP), SPSAN2);
-      break;
-    case method::ideal_gas:
-      if (VALUE) PS = PSGIVEN;
-      if (DERIV) DPS = 0.0;
-      return;
-    default:
-      NFAIL = status::not_available;
-      return;
-  }
-  if (correlation == nullptr) {
-    NFAIL = status::model_error;
+  if (METHOD == method::ideal_gas) {
+    if (VALUE) PS = PSGIVEN;
+    if (DERIV) DPS = 0.0;
     return;
   }
-  correlation(T, ICOMP, VALUE, DERIV, PS, DPS, NFAIL);
+  switch (vapour_pressure_set(METHOD, ICOMP)) {
+    case method::wagner:
+      return SPSWG0(T, ICOMP, VALUE, DERIV, PS, DPS, NFAIL);
+    case method::frost_kalkwarf:
+      return SPSFK0(T, ICOMP, VALUE, DERIV, PS, DPS, NFAIL);
+    case method::antoine:
+      return SPSAN1(T, ICOMP, VALUE, DERIV, PS, DPS, NFAIL);
+    case method::antoine_extended:
+      return SPSAN2(T, ICOMP, VALUE, DERIV, PS, DPS, NFAIL);
+    default:
+      NFAIL = is_method(METHOD) ? status::model_error : status::not_available;
+  }
 }
 
 }  // namespace talix

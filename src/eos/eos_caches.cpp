@@ -2,6 +2,7 @@
 
 #include "engine/model_record.h"
 #include "engine/setup_record.h"
+#include "eos/consistency_record.h"
 
 namespace talix {
 
@@ -23,6 +24,8 @@ void reset_eos_caches() {
   for (PureKey& key : pure_cache.level) key = {};
   pure_cache.generation = 0;
   quadratic_cache.key = {};
+  consistency.generation = 0;
+  consistency.key = {};
 }
 
 }  // namespace talix

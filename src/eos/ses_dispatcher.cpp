@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "association/bwrs_phase.h"
 #include "engine/codes.h"
 #include "engine/error_ring.h"
 #include "engine/model_record.h"
@@ -118,6 +119,22 @@ void volume_results(const I4& IFCOM, const I4& ILCOM, EosArgs& args) {
   args.Z += s.VSC;
 }
 
+// The model of volumes alone: whatever else is asked for is refused, since nothing would set it.
+void virial_volume(const I4& IFCOM, const I4& ILCOM, EosArgs& args) {
+  args.ICODE = status::not_available;
+  if (!args.LFUG && !args.LTHERM)
+    bwrs_phase(args.IPHASE, IFCOM, ILCOM, args.T, args.P, work.X, args.Z, args.ZOTHER, work.function.PV,
+               work.composed.PTCN, args.IPHRTN, args.ICODE);
+  if (args.ICODE == status::not_available || args.ICODE == status::no_parameters)
+    push_failure("Could not compute basic e.o.s. properties");
+  if (args.ICODE != status::ok) return;
+  args.V = kGasConstant * args.Z * args.T / args.P;
+  work.shift = {};
+  if (args.LVOL && args.LDVOL(3)) bwrs_composition_slope(IFCOM, ILCOM, work.composed.PN);
+  no_thermal_properties(args);
+  if (args.LVOL) volume_results(IFCOM, ILCOM, args);
+}
+
 }  // namespace
 
 // SES000: properties of one phase by an equation of state.
@@ -129,10 +146,12 @@ void volume_results(const I4& IFCOM, const I4& ILCOM, EosArgs& args) {
 //                have room; FUG and FUGTL may be absent when only thermal properties are asked for
 // Shared   reads models, comp, pairs, setup; writes cur, pures
 // Status   ok; input (no usable composition); model_error (model function not served here); not_available
-//          (phase type or model); no_root; numerical
+//          (phase type, model, or a fugacity or thermal property of fun::bwrs); no_root; numerical;
+//          no_parameters (fun::bwrs); not_converged (fun::bwrs, no message)
 // Reports  "Requested e.o.s. model not available", "Sum of mole fractions too low",
 //          "Could not compute basic e.o.s. properties", all severity 3
-// Oddity   a slot of fun::saft computes nothing and succeeds; Z carries the translation only when the
+// Oddity   a slot of fun::saft computes nothing and succeeds; fun::bwrs leaves "Incorrect model function" of
+//          SSM000 in the ring and succeeds, without volume translation; Z carries the translation only when the
 //          volume was asked for; the floor of a fraction is not renormalised
 void SES000(EosArgs& args) {
   args.ICODE = status::ok;
@@ -176,7 +195,7 @@ void SES000(EosArgs& args) {
     return;
   }
   if (MODFUN == fun::bwrs) {
-    args.ICODE = status::not_available;
+    virial_volume(IFCOM, ILCOM, args);
     return;
   }
 

@@ -7,7 +7,11 @@
 #include "engine/setup_record.h"
 #include "eos/cubic_record.h"
 #include "eos/eos_caches.h"
+#include "eos/ssm_pure_alpha.h"
+#include "eos/ssm_pure_planar.h"
+#include "eos/ssm_pure_smooth.h"
 #include "eos/ssm_pure_vardo.h"
+#include "eos/ssm_pure_variants.h"
 
 namespace talix {
 
@@ -29,7 +33,7 @@ I4 missing_level(const PureKey& key, const Vec<bool, 6>& OPTMR) {
   return IPARA;
 }
 
-// Without a routine for the parameters nothing of another model may stand in for them.
+// Without parameters nothing of another model may stand in for them, and no root is found.
 void clear_tables(const I4& IFCOM, const I4& ILCOM) {
   for (int i = IFCOM; i <= ILCOM; ++i) {
     pures.ARK(i) = pures.D1ADT(i) = pures.D2ADT(i) = 0.0;
@@ -50,7 +54,7 @@ void clear_tables(const I4& IFCOM, const I4& ILCOM) {
 //          OPTMR         flags  1 values, 4 first, 5 second temperature derivatives
 //          IFCOM, ILCOM  I4     range of components
 // Shared   writes pures; reads models, cur, setup.generation
-// Status   ok; not_available (no routine for MODPUR, whose tables are then 0)
+// Status   ok; not_available (no routine for MODPUR, whose tables are then 0); that of the routine
 void SESPC0(const R8& T, const I4& MODEL, const Vec<bool, 6>& OPTMR, const I4& IFCOM, const I4& ILCOM,
             I4& ICODE) {
   ICODE = status::ok;
@@ -61,11 +65,32 @@ void SESPC0(const R8& T, const I4& MODEL, const Vec<bool, 6>& OPTMR, const I4& I
     case pure::vardo:
       SSMPC0(T, IPARA, IFCOM, ILCOM, ICODE);
       break;
+    case pure::phase_envelope:
+      SSMPC5(T, IPARA, IFCOM, ILCOM, ICODE);
+      break;
+    case pure::vd2d1:
+      S2DPC0(T, IPARA, IFCOM, ILCOM, ICODE);
+      break;
+    case pure::soave:
+      SWLPC0(T, IPARA, IFCOM, ILCOM, ICODE);
+      break;
+    case pure::peng_robinson:
+      SWLPC1(T, IPARA, IFCOM, ILCOM, ICODE);
+      break;
+    case pure::vardo95:
+      SM9PC0(T, IPARA, IFCOM, ILCOM, ICODE);
+      break;
+    case pure::srk_simsci:
+      SP2PC0(T, IPARA, IFCOM, ILCOM, ICODE);
+      break;
+    case pure::srk_aspen:
+      SAPPC0(T, IPARA, IFCOM, ILCOM, ICODE);
+      break;
     default:
       ICODE = status::not_available;
-      clear_tables(IFCOM, ILCOM);
   }
   if (ICODE != status::ok) {
+    clear_tables(IFCOM, ILCOM);
     reset_eos_caches();
     return;
   }

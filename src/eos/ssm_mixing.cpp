@@ -6,7 +6,12 @@
 #include "engine/codes.h"
 #include "engine/model_record.h"
 #include "eos/cubic_record.h"
+#include "eos/ssm_mixing_a_excess.h"
+#include "eos/ssm_mixing_consistent.h"
+#include "eos/ssm_mixing_g_excess.h"
 #include "eos/ssm_mixing_quadratic.h"
+#include "eos/ssm_pure_planar.h"
+#include "eos/two_dimensional_record.h"
 
 namespace talix {
 
@@ -31,6 +36,15 @@ R8 weighted(const CompVec& X, const CompVec& values, const I4& IFCOM, const I4& 
   return sum;
 }
 
+// The entries asked for with those that a rule needs to form them.
+Vec<bool, 6> with_implied(const Vec<bool, 6>& OPTMR) {
+  Vec<bool, 6> all = OPTMR;
+  all(4) = OPTMR(4) || OPTMR(5) || OPTMR(6);
+  all(2) = OPTMR(2) || OPTMR(3) || OPTMR(6);
+  all(1) = true;
+  return all;
+}
+
 }  // namespace
 
 // SSMMIX: parameter vector of the mixture.
@@ -41,15 +55,35 @@ R8 weighted(const CompVec& X, const CompVec& values, const I4& IFCOM, const I4& 
 //          OPTMR         flags   1 Q, 2 QN, 3 QNN, 4 QT, 5 QTT, 6 QNT
 //          MODEL         I4      slot of the model table, whose MODMIX names the rule
 // Out      mixture               the entries asked for; without a rule a and b hold no number
-// Shared   reads models, pures, pairs
+// Shared   reads models, pures, planar, pairs; writes planar_pairs
 void SSMMIX(const R8& T, const CompVec& X, MixtureVector& mixture, const I4& IFCOM, const I4& ILCOM,
             const Vec<bool, 6>& OPTMR, const I4& MODEL) {
+  const Vec<bool, 6> all = with_implied(OPTMR);
+  if (models.MODMIX(MODEL) == mixing::classical_2d) S2DAO0(IFCOM, ILCOM);
   SSMMR1(mixture, IFCOM, ILCOM, OPTMR);
   switch (models.MODMIX(MODEL)) {
     case mixing::classical:
       SSMMR2(X, mixture, IFCOM, ILCOM, OPTMR, pures.BRK, pures.D1BDT, pures.D2BDT);
       SSMMR8(T, X, mixture, IFCOM, ILCOM, OPTMR, MODEL, mixing::classical, pures.ARK, pures.D1ADT,
              pures.D2ADT, pairs);
+      break;
+    case mixing::classical_2d:
+      SSMMR2(X, mixture, IFCOM, ILCOM, OPTMR, planar.B2D, planar.D1B2DT, planar.D2B2DT);
+      SSMMR8(T, X, mixture, IFCOM, ILCOM, OPTMR, MODEL, mixing::classical_2d, planar.A2D, planar.D1A2DT,
+             planar.D2A2DT, planar_pairs);
+      break;
+    case mixing::g_excess:
+      SSMMR2(X, mixture, IFCOM, ILCOM, all, pures.BRK, pures.D1BDT, pures.D2BDT);
+      SSMMR4(T, X, mixture, IFCOM, ILCOM, all, MODEL, pures.ARK, pures.D1ADT, pures.D2ADT, pures.BRK,
+             pures.D1BDT, pures.D2BDT);
+      break;
+    case mixing::a_excess:
+      SSMMR5(T, X, mixture, IFCOM, ILCOM, all, MODEL);
+      SSMMR6(T, X, mixture, IFCOM, ILCOM, all, MODEL);
+      break;
+    case mixing::nrtl:
+      SSMMR2(X, mixture, IFCOM, ILCOM, all, pures.BRK, pures.D1BDT, pures.D2BDT);
+      SSMMR3(T, X, mixture, IFCOM, ILCOM, all, MODEL);
       break;
     default:
       // No value of an earlier rule may stand in.

@@ -52,7 +52,7 @@ void collect_pairs(const Vec<I4, kMaxOrderedPairs>& IT, const Vec<I4, kMaxOrdere
 }
 
 // Products of the pairs with the parameter THETA = table + T slope.
-void pair_products(const R8& T, const PairRecord::Table& table, const PairRecord::Table& slope,
+void pair_products(const R8& T, const InteractionTables::Table& table, const InteractionTables::Table& slope,
                    const QuadraticCache& c, PairProducts& list) {
   for (int L = 1; L <= list.count; ++L) {
     const int i = list.I(L);
@@ -73,7 +73,7 @@ void pair_products(const R8& T, const PairRecord::Table& table, const PairRecord
 // Square roots of the pure parameters and the products of the pairs, unless they are at hand.
 void refresh_cache(const R8& T, const I4& IFCOM, const I4& ILCOM, const Vec<bool, 6>& OPTMR, const I4& MODEL,
                    const I4& RULE, const CompVec& APU, const CompVec& D1ADT, const CompVec& D2ADT,
-                   const PairRecord& tables) {
+                   const InteractionTables& tables) {
   QuadraticCache& c = quadratic_cache;
   const bool second = OPTMR(5);
   const bool first = second || OPTMR(4) || OPTMR(6);
@@ -214,7 +214,7 @@ void second_composition_derivatives(const CompVec& X, const I4& IFCOM, const I4&
 // Shared   keeps the pair work of the last temperature, range and slot; reads pairs.NF, NFAM, IDELTA
 void SSMMR8(const R8& T, const CompVec& X, MixtureVector& mixture, const I4& IFCOM, const I4& ILCOM,
             const Vec<bool, 6>& OPTMR, const I4& MODEL, const I4& RULE, const CompVec& APU,
-            const CompVec& D1ADT, const CompVec& D2ADT, const PairRecord& tables) {
+            const CompVec& D1ADT, const CompVec& D2ADT, const InteractionTables& tables) {
   refresh_cache(T, IFCOM, ILCOM, OPTMR, MODEL, RULE, APU, D1ADT, D2ADT, tables);
   const QuadraticCache& c = quadratic_cache;
   CompVec& E1 = work.E1;

@@ -11,7 +11,7 @@ namespace talix {
 // Entry 1 of the parameter vector; RULE tags the tables that are passed.
 void SSMMR8(const R8& T, const CompVec& X, MixtureVector& mixture, const I4& IFCOM, const I4& ILCOM,
             const Vec<bool, 6>& OPTMR, const I4& MODEL, const I4& RULE, const CompVec& APU,
-            const CompVec& D1ADT, const CompVec& D2ADT, const PairRecord& tables);
+            const CompVec& D1ADT, const CompVec& D2ADT, const InteractionTables& tables);
 // Cubic family term E and its composition derivatives RESLTN.
 void SSMMR9(const CompVec& X, const PairProducts::Entry& Q1, R8& E, CompVec& RESLTN, const PairProducts& list,
             const I4& IFCOM, const I4& ILCOM);

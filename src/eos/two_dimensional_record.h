@@ -3,6 +3,7 @@
 
 #include "base/array.h"
 #include "base/real.h"
+#include "database/pair_record.h"
 
 namespace talix {
 
@@ -17,6 +18,7 @@ struct TwoDimensionalTables {
 };
 
 extern constinit TwoDimensionalTables planar;
+extern constinit InteractionTables planar_pairs;  // copy of the pair data, made before each mixing
 
 // Empties the tables: AOB to -1, all others to 0.
 void reset_two_dimensional_tables();

@@ -22,6 +22,18 @@ struct HydrateRecord {
 
 extern constinit HydrateRecord hydrate;
 
+// Rows of COHPC: the parameters of the cell potential, then the Langmuir coefficients.
+namespace hydrate_row {
+inline constexpr int core_radius = 1;  // [Angstrom]
+inline constexpr int diameter = 2;     // collision diameter [Angstrom]
+inline constexpr int well_depth = 3;   // over the Boltzmann constant [K]
+// Coefficient A, B, C or D of the Langmuir correlation for a cavity of a structure; A [K/bar], B [K], C [K2], D [K3].
+constexpr int langmuir(char letter, int cavity, int structure) {
+  return 4 + 4 * (letter - 'A') + 2 * (structure - 1) + (cavity - 1);
+}
+static_assert(langmuir('D', 2, 2) == 19);
+}  // namespace hydrate_row
+
 // Copies the constant tables to COHCV and COHST.
 void set_hydrate_constants();
 // Empties the record.

@@ -79,16 +79,6 @@ TEST_F(Dispatcher, ModelsThatAreNotBuiltAnswerNotAvailable) {
   }
 }
 
-TEST_F(Dispatcher, VirialModelRunsThroughTheCubicFrameAndLeavesItsMessage) {
-  models.MODFUN(kCubic) = fun::bwrs;
-  call.run();
-  EXPECT_EQ(a.ICODE, status::not_available);
-  ASSERT_EQ(ring.count, 1);
-  EXPECT_EQ(trimmed(ring.NAMER0(1)), "SSM000");
-  EXPECT_EQ(ring.SEVER0(1), severity::error);
-  EXPECT_EQ(ring_texts().at(0), "Incorrect model function");
-}
-
 TEST_F(Dispatcher, SumOfFractionsTooLow) {
   for (const R8 x : {0.0, 1E-21, std::numeric_limits<R8>::quiet_NaN()}) {
     reset_error_ring();
