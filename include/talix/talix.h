@@ -142,7 +142,9 @@ extern "C" {
  *       several such states (a gas may have two dew pressures at one temperature, and two dew temperatures at one
  *       pressure) the one nearest to the start value counts: to P on entry, as the ratio of pressures, for codes 1, 3
  *       and 6 (a start value of 0 counts as 2 bar), to T on entry for codes 2, 4 and 7. Where there is none, the text
- *       names the limit that was passed.
+ *       names the limit that was passed. Where a liquid parts into two before anything boils, and the lighter one goes
+ *       over into vapour without a jump, codes 1 to 4 give the point at which they part, with a warning; the lighter
+ *       liquid then stands in the column of the vapour.
  *     - Codes 8 and 9: the checked state at the pressure that has the enthalpy. A target out of reach gets a text with
  *       the range of enthalpies at that pressure. Code 8 takes a target of 0 too.
  *     - Two liquids in equilibrium stand in the columns liquid and second liquid with a vapour fraction of 0; in the
@@ -153,7 +155,7 @@ extern "C" {
  *       flashed as the same feed times a power of two, and its results are multiplied back, so that feeds of any size
  *       have the same fractions and properties. What is too small or too large is refused as at level 0.
  *     - A result does not depend on earlier calls. None is handed out that is not a finite number.
- *     - A call makes at most 20,500 engine calls with codes 1 to 7 and 10 and at most 80,000 with codes 8 and 9: the
+ *     - A call makes at most 20,500 engine calls with codes 1 to 7 and 10 and at most 100,000 with codes 8 and 9: the
  *       check at most 20,000, the rest within the step limits of the flashes. As a rule a check makes fewer than 70
  *       with codes 5, 8, 9 and 10, and 30 to some thousand with the others, which follow the saturation line where the
  *       answer of the flash does not settle which of several states is the nearest. In front of the check code 8 is

@@ -21,7 +21,7 @@ void grant_engine_calls();
 // two calls, and of any code. The searches of the adiabatic flashes end at the latest after ninety and eighty
 // temperatures, of a flash each.
 inline constexpr I4 kMostEngineCalls = kCheckedEngineCalls + 500;
-inline constexpr I4 kMostAdiabaticEngineCalls = kCheckedEngineCalls + 60000;
+inline constexpr I4 kMostAdiabaticEngineCalls = kCheckedEngineCalls + 80000;
 
 // The parts of check_flash by kind of flash.
 void check_isothermal(Message& STR);

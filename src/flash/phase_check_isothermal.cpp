@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -6,7 +7,6 @@
 #include "fastprops/small_arrays.h"
 #include "flash/phase_check.h"
 #include "flash/robust_split.h"
-#include "flash/robust_third_phase.h"
 
 namespace talix {
 
@@ -16,11 +16,18 @@ namespace {
 constexpr R4 kLargestFeed = 1.0E+9F;
 // Flows of a reported split below this tell nothing about the K-value.
 constexpr R4 kLeastFlow = 1.0E-36F;
-constexpr R8 kLeastShare = 1.0E-300;
+
+// A split that is so far below the feed, over RT, proves that the feed is unstable.
+constexpr R8 kClearlyBelow = -1.0E-6;
+// By Wilson's K a feed surely splits where both sums, of z K and of z/K, are above 1 by this in ln, and by that much
+// more as the pressure nears the critical one: so was each of 20000 feeds in 90000.
+constexpr R8 kSureByWilson = 0.5;
+constexpr R8 kSureByPressure = 1.0;
 
 // The feed as one phase: settle_one_phase leaves it for the check of the same call.
 struct FeedTest {
-  bool known;  // mixture, feed and trials are those of the call
+  bool known;  // mixture and feed are those of the call
+  bool done;   // the trials too
   RobustMixture mixture;
   RobustPhase feed;
   StabilityResult trials;
@@ -29,25 +36,47 @@ constinit FeedTest test{};
 
 struct Work {
   RobustSplit split;
-  CompVec lnK;       // of the reported split
-  CompVec polished;  // of the polished one
+  CompVec lnK;  // of the reported split
 };
 constinit Work work{};
 
-// Stability of the feed; the answer also when the engine fails.
-Stability test_feed() {
-  const R8 T = static_cast<R8>(fl.T);
-  const R8 P = static_cast<R8>(fl.P);
+// The feed as one phase, its stability open.
+void open_feed() {
   gather_mixture(test.mixture);
+  test.known = true;
+  test.done = false;
   test.trials.count = 0;
   test.trials.answer = Stability::unsettled;
-  evaluate_phase(test.mixture, T, P, test.mixture.z, phase::gibbs, PhaseDerivatives::composition, test.feed);
+  evaluate_phase(test.mixture, static_cast<R8>(fl.T), static_cast<R8>(fl.P), test.mixture.z, phase::gibbs,
+                 PhaseDerivatives::composition, test.feed);
+  if (test.mixture.n > 1 || test.feed.status != status::ok) return;
+  test.done = true;
+  test.trials.answer = Stability::stable;
+}
+
+// Stability of the feed; the answer also when the engine fails.
+Stability test_feed() {
+  if (test.done) return test.trials.answer;
+  test.done = true;
   if (test.feed.status != status::ok) return Stability::unsettled;
-  if (test.mixture.n == 1)
-    test.trials.answer = Stability::stable;
-  else
-    test_stability(test.mixture, T, P, test.feed, StabilityEffort::first, test.trials);
+  test_stability(test.mixture, static_cast<R8>(fl.T), static_cast<R8>(fl.P), test.feed,
+                 StabilityEffort::first, test.trials);
   return test.trials.answer;
+}
+
+// True when the feed is so far inside the region of two phases that the flash can be left to find them.
+bool surely_splits() {
+  const RobustMixture& mixture = test.mixture;
+  if (test.done) return false;
+  R8 bubble = 0.0, dew = 0.0, critical = 0.0;
+  wilson_ln_k(mixture, static_cast<R8>(fl.T), static_cast<R8>(fl.P), work.lnK);
+  for (int i = 1; i <= mixture.n; ++i) {
+    bubble += mixture.z(i) * std::exp(work.lnK(i));
+    dew += mixture.z(i) * std::exp(-work.lnK(i));
+    critical += mixture.z(i) * static_cast<R8>(fl.PC(mixture.at(i)));
+  }
+  const R8 least = kSureByWilson + kSureByPressure * static_cast<R8>(fl.P) / critical;
+  return std::log(std::min(bubble, dew)) > least;
 }
 
 bool feed_can_be_tested() {
@@ -71,35 +100,26 @@ void take_reported(const RobustMixture& mixture) {
   }
 }
 
-// ln K of the polished split, from its compositions; a trace that has run out of digits keeps the reported one.
-void take_polished() {
-  for (int i = 1; i <= test.mixture.n; ++i) {
-    const R8 y = work.split.vapour.x(i);
-    const R8 x = work.split.liquid.x(i);
-    work.polished(i) = y > kLeastShare && x > kLeastShare ? std::log(y) - std::log(x) : work.lnK(i);
-  }
-}
-
 // The reported split, polished; false when it is none of the lower Gibbs energy.
 bool reported_split_stands(R8 T, R8 P) {
   take_reported(test.mixture);
   polish_split(test.mixture, T, P, work.lnK, test.feed, work.split);
   if (!is_equilibrium(work.split)) return false;
-  label_phases(test.mixture, work.split);
-  if (!third_phase_plausible(test.mixture, work.split)) return true;
-  // The stability test needs phases that share their tangent plane.
-  take_polished();
-  refine_split(test.mixture, T, P, work.polished, test.feed, work.split);
-  if (!is_equilibrium(work.split)) converge_from(test.mixture, T, P, work.lnK, test.feed, work.split);
-  if (!is_equilibrium(work.split)) return false;
   settle_split(test.mixture, test.feed, work.split);
   return work.split.answer == Split::two_phases;
 }
 
-// A reported split of the lower Gibbs energy proves that the feed is unstable; without one the trials have to.
-void split_untold_feed(R8 T, R8 P) {
+// The state of the feed, of which the flash may have REPORTED a split.
+void settle_feed(R8 T, R8 P, bool reported) {
   work.split.answer = Split::unsettled;
-  if (test.trials.answer == Stability::unstable)
+  if (test.feed.status != status::ok) return;
+  if (!(test.done && test.trials.answer == Stability::stable) && reported && reported_split_stands(T, P) &&
+      (work.split.gibbs < kClearlyBelow || test_feed() != Stability::stable))
+    return;
+  work.split.answer = Split::unsettled;
+  if (test_feed() == Stability::stable)
+    take_one_phase(T, P, test.feed, work.split);
+  else if (test.trials.answer == Stability::unstable)
     split_unstable_feed(test.mixture, T, P, test.feed, test.trials, work.split);
 }
 
@@ -128,8 +148,8 @@ bool settle_one_phase() {
   test.known = false;
   if (!feed_can_be_tested()) return false;
   grant_engine_calls();
-  test.known = true;
-  if (test_feed() != Stability::stable) return false;
+  open_feed();
+  if (surely_splits() || test_feed() != Stability::stable) return false;
   take_one_phase(static_cast<R8>(fl.T), static_cast<R8>(fl.P), test.feed, work.split);
   store_split(test.mixture, work.split);
   fl.PASSES = 0;
@@ -150,17 +170,12 @@ void check_isothermal(Message& STR) {
   if (!test.known) {
     if (!feed_can_be_tested()) return;
     grant_engine_calls();
-    test_feed();
+    open_feed();
   }
   test.known = false;
   const bool reported = !is_hard_failure(STR) && reports_two_phases();
   STR.blank();
-  work.split.answer = Split::unsettled;
-  if (test.trials.answer == Stability::stable)
-    take_one_phase(T, P, test.feed, work.split);
-  else if (test.feed.status == status::ok && !(reported && reported_split_stands(T, P)))
-    split_untold_feed(T, P);
-
+  settle_feed(T, P, reported);
   if (work.split.answer == Split::unsettled) {
     report_unsettled(STR, T, P);
     return;

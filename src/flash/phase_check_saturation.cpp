@@ -171,11 +171,6 @@ Line reason(const Question& q) {
       std::snprintf(line.text, sizeof line.text, ": above the critical %s of %.40s",
                     at_T ? "temperature" : "pressure", limit.text);
       break;
-    case Saturation::liquids_part:
-      std::snprintf(
-          line.text, sizeof line.text, ": two liquids part at %.40s",
-          state_of(at_T ? SaturationGiven::pressure : SaturationGiven::temperature, result.limit).text);
-      break;
     case Saturation::above_range:
       std::snprintf(line.text, sizeof line.text, ": above 900 bar");
       break;
@@ -216,7 +211,7 @@ void tell_failure(const Question& q, Message& STR) {
 //          ". Both phases are liquids: the lighter one stands in the column of the vapour (TALIX)"
 //          " No bubble point at ... K: above the cricondentherm of ... K (TALIX)", or dew point, or state with
 //          vapour fraction; at ... bar: above the cricondenbar of ... bar; above the critical temperature or
-//          pressure; two liquids part at ... bar; above 900 bar; none up to 900 bar; none from 50 to 1200 K
+//          pressure; above 900 bar; none up to 900 bar; none from 50 to 1200 K
 //          " Saturation point could not be settled at ... (TALIX)"
 // Oddity   of several answers the one nearest to the caller's start value counts, in ln P or in T; a start
 //          pressure of 0 counts as 2 bar

@@ -34,11 +34,10 @@ constexpr R8 kEqual = 1.0E-10;
 constexpr R8 kStill = 1.0E-7;
 // What may be left in ln f where rounding stops the descent.
 constexpr R8 kNearlyEqual = 1.0E-7;
-// A polish ends with a substitution when the fugacities agree so far and some |ln K| is above the second.
-constexpr R8 kClose = 3.0E-7;
-constexpr R8 kFarFromCritical = 1.0;
-// The same with a Newton step no longer than this in any ln K, which leaves its square.
+// A polish ends with a Newton step whose end is not evaluated when the fugacities agree so far and the step is no longer
+// in any ln K, which leaves its square, and some |ln K| is above the second.
 constexpr R8 kShortStep = 5.0E-5;
+constexpr R8 kFarFromCritical = 1.0;
 // Phases nearer than this in every ln K and in the compressibility factor are the same phase.
 constexpr R8 kTrivial = 1.0E-5;
 // Differences in Gibbs energy that may be rounding: those below the first mostly are not, those above the
@@ -53,8 +52,9 @@ struct Work {
   CompVec residual;  // differences in ln f, lighter less denser phase, at the accepted state
   CompVec step;      // in ln K, of a substitution
   GibbsStep newton;
-  SplitFractions at;  // of the state being tried
-  RobustPhase feed;   // of converge_split
+  SplitFractions at;                    // of the state being tried
+  CompVec lnphi_lighter, lnphi_denser;  // of take_compositions
+  RobustPhase feed;                     // of converge_split
   FractionRange range;
   R8 T, P;
 };
@@ -221,14 +221,34 @@ void newton_to_equilibrium(const RobustMixture& mixture, RobustSplit& split) {
   if (split.unequal < kNearlyEqual) split.answer = Split::two_phases;
 }
 
-// The compositions of the tried state without an evaluation.
-void take_compositions(int n, RobustSplit& split) {
+// ln phi at the composition X to first order.
+void extrapolate(int n, const RobustPhase& phase, const CompVec& x, CompVec& lnphi) {
+  for (int i = 1; i <= n; ++i) lnphi(i) = phase.lnphi(i);
+  for (int j = 1; j <= n; ++j) {
+    const R8 change = x(j) - phase.x(j);
+    for (int i = 1; i <= n; ++i) lnphi(i) += phase.lnphi_n(i, j) * change;
+  }
+}
+
+// The compositions of the tried state without an evaluation, ln phi to first order; false when the fugacities differ
+// too much by that.
+bool take_compositions(int n, RobustSplit& split) {
+  extrapolate(n, split.vapour, work.at.y, work.lnphi_lighter);
+  extrapolate(n, split.liquid, work.at.x, work.lnphi_denser);
+  R8 unequal = 0.0;
+  for (int i = 1; i <= n; ++i)
+    unequal = std::max(unequal, std::fabs(work.trial(i) + work.lnphi_lighter(i) - work.lnphi_denser(i)));
+  if (!(unequal < kNearlyEqual)) return false;
   split.answer = Split::two_phases;
   split.fraction = work.at.vapour;
+  split.unequal = unequal;
   for (int i = 1; i <= n; ++i) {
     split.vapour.x(i) = work.at.y(i);
+    split.vapour.lnphi(i) = work.lnphi_lighter(i);
     split.liquid.x(i) = work.at.x(i);
+    split.liquid.lnphi(i) = work.lnphi_denser(i);
   }
+  return true;
 }
 
 // What a split starts as, and the feed that its Gibbs energy refers to.
@@ -246,35 +266,16 @@ void open_split(const RobustMixture& mixture, R8 T, R8 P, const CompVec& lnK, co
   }
 }
 
-// The state of a split that is nearly converged, with derivatives; false when it is none.
-bool open_near(const RobustMixture& mixture, R8 T, R8 P, const CompVec& lnK, const RobustPhase& feed,
-               RobustSplit& split) {
-  open_split(mixture, T, P, lnK, feed, split);
-  if (!evaluate_state(mixture, work.trial, PhaseDerivatives::composition, split)) return false;
-  accept(mixture, split);
-  if (work.range == FractionRange::inside) return true;
-  split.answer = Split::one_phase;
-  return false;
-}
-
 // The compositions after one more step from the accepted state, when it is so short that its end needs no evaluation.
 bool take_last_step(const RobustMixture& mixture, RobustSplit& split) {
   const int n = mixture.n;
-  if (!(largest(n, work.lnK) > kFarFromCritical)) return false;
-  if (split.unequal < kClose) {
-    for (int i = 1; i <= n; ++i) work.step(i) = -work.residual(i);
-    set_trial(n, work.step, split.fraction, 1.0);
-  } else if (split.unequal < kShortStep) {
-    form_gibbs_hessian(mixture, split, work.residual);
-    gibbs_step(n, kFirstRadius, work.newton);
-    if (work.newton.curbed || !(largest(n, work.newton.lnK) < kShortStep)) return false;
-    set_trial(n, work.newton.lnK, split.fraction, 1.0);
-  } else {
-    return false;
-  }
-  if (split_fractions(mixture, work.trial, work.at) != FractionRange::inside) return false;
-  take_compositions(n, split);
-  return true;
+  if (!(largest(n, work.lnK) > kFarFromCritical) || !(split.unequal < kShortStep)) return false;
+  form_gibbs_hessian(mixture, split, work.residual);
+  gibbs_step(n, kFirstRadius, work.newton);
+  if (work.newton.curbed || !(largest(n, work.newton.lnK) < kShortStep)) return false;
+  set_trial(n, work.newton.lnK, split.fraction, 1.0);
+  return split_fractions(mixture, work.trial, work.at) == FractionRange::inside &&
+         take_compositions(n, split);
 }
 
 }  // namespace
@@ -299,20 +300,16 @@ void converge_from(const RobustMixture& mixture, R8 T, R8 P, const CompVec& lnK,
 //
 // In       lnK, feed  as in converge_from
 // Out      split      as there. Where the fugacities agree closely and the phases are far apart the last step is one
-//                     whose end is not evaluated: ln phi, Z, gibbs and unequal are those before it
+//                     whose end is not evaluated: ln phi and unequal are those of the end to first order, Z, gibbs and
+//                     the derivatives those before it
 void polish_split(const RobustMixture& mixture, R8 T, R8 P, const CompVec& lnK, const RobustPhase& feed,
                   RobustSplit& split) {
-  if (!open_near(mixture, T, P, lnK, feed, split)) return;
-  if (!take_last_step(mixture, split)) newton_to_equilibrium(mixture, split);
-}
-
-// refine_split: the same with every field evaluated at the end, to the accuracy that a stability test needs.
-void refine_split(const RobustMixture& mixture, R8 T, R8 P, const CompVec& lnK, const RobustPhase& feed,
-                  RobustSplit& split) {
-  if (!open_near(mixture, T, P, lnK, feed, split)) return;
-  if (split.unequal < kNearlyEqual && largest(mixture.n, work.lnK) > kFarFromCritical)
-    split.answer = Split::two_phases;
-  else
+  open_split(mixture, T, P, lnK, feed, split);
+  if (!evaluate_state(mixture, work.trial, PhaseDerivatives::composition, split)) return;
+  accept(mixture, split);
+  if (work.range != FractionRange::inside)
+    split.answer = Split::one_phase;
+  else if (!take_last_step(mixture, split))
     newton_to_equilibrium(mixture, split);
 }
 

@@ -156,10 +156,10 @@ void explain(const RobustMixture& mixture, const Question& q, SaturationResult& 
   result.limit = 0.0;
   const bool critical = w.own.critical_T > 0.0 || w.other.critical_T > 0.0;
   const R8 top = q.saturated ? std::max(same, contrary) : same;
-  if (q.value > top && top_is_known(q)) {
+  if (top > 0.0 && q.value > top && top_is_known(q)) {
     result.limit = top;
     result.answer = q.at_T ? Saturation::above_cricondentherm : Saturation::above_cricondenbar;
-  } else if (q.saturated && q.value > same && critical) {
+  } else if (q.saturated && same > 0.0 && q.value > same && critical) {
     result.limit = same;
     result.answer = Saturation::above_critical;
   } else if (q.at_T && boils_at(mixture, q.value, static_cast<R8>(kMaxPressure))) {
@@ -167,17 +167,12 @@ void explain(const RobustMixture& mixture, const Question& q, SaturationResult& 
   }
 }
 
-// Two liquids in place of vapour and liquid: an answer where the lighter one has no vapour root, whose properties would
-// stand in the column of the vapour.
-void take_liquids(const RobustMixture& mixture, const Question& q, SaturationResult& result) {
-  const RobustSplit& split = w.scanned.split;
-  evaluate_phase(mixture, split.T, split.P, split.vapour.x, phase::vapour, PhaseDerivatives::none, w.vapour);
-  if (w.vapour.status == status::ok && std::fabs(std::log(w.vapour.Z / split.vapour.Z)) < kOneRoot) {
-    result = w.scanned;
-    return;
-  }
-  result.answer = Saturation::liquids_part;
-  result.limit = q.at_T ? split.P : split.T;
+// Two liquids are an answer in place of vapour and liquid where the lighter one has no vapour root, whose properties
+// would stand in the column of the vapour.
+bool stand_for_vapour(const RobustMixture& mixture, const RobustSplit& liquids) {
+  evaluate_phase(mixture, liquids.T, liquids.P, liquids.vapour.x, phase::vapour, PhaseDerivatives::none,
+                 w.vapour);
+  return w.vapour.status == status::ok && std::fabs(std::log(w.vapour.Z / liquids.vapour.Z)) < kOneRoot;
 }
 
 }  // namespace
@@ -224,7 +219,8 @@ void robust_saturation(const RobustMixture& mixture, SaturationGiven given, R8 v
   else if (result.answer != Saturation::found)
     explain(mixture, q, result);
   // Beyond the limits of the lines that is what the caller has to know; where there is no line, two liquids may part.
-  if (liquids && result.answer == Saturation::no_line) take_liquids(mixture, q, result);
+  if (liquids && result.answer == Saturation::no_line && stand_for_vapour(mixture, w.scanned.split))
+    result = w.scanned;
   // What was not found is only told where everything was looked at, or the lines say it too.
   if (w.scanned.answer == Saturation::unsettled && result.answer != Saturation::found &&
       (engine_budget() <= 0 || !is_complete(q, w.own) || result.answer == Saturation::no_line))

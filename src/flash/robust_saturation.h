@@ -17,7 +17,6 @@ enum class Saturation {
   above_cricondentherm,  // the given temperature is above the highest temperature of the line
   above_critical,        // beyond the end of this line, where only the line of the other kind goes on
   above_range,           // the line is above the highest pressure of the library there
-  liquids_part,          // no saturation line there, but two liquids part at `limit`, the other variable
   no_line,               // no saturation line was found at the given value
   unsettled              // the engine failed or the budget ran out
 };

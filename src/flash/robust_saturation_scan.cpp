@@ -24,8 +24,9 @@ constexpr R8 kNegligible = 1.0E-300;
 struct ScanState {
   R8 free;       // ln T or ln P, the one that is not given
   bool settled;  // false when the engine failed
-  bool split;
-  R8 fraction;  // of two phases; of an unstable feed 0 when a lighter phase splits off, 1 when a denser one does
+  bool split;    // the feed is unstable; of a scan for a fraction: into vapour and liquid
+  R8 fraction;  // of two phases; of an unstable feed 0 when a lighter phase splits off, 1 when a denser one does; of
+                // one phase in a scan for a fraction by its identity
   CompVec lnK;
 };
 
@@ -54,11 +55,12 @@ R8 pressure(const Question& q, R8 free) {
   return q.given == SaturationGiven::temperature ? std::exp(free) : q.value;
 }
 
-// The trial against the feed: two liquids by their molar volumes over the mean critical volume, as their labels.
+// The trial against the feed, as their labels would have it: a liquid is denser than what is none, others go by their
+// molar volumes over the mean critical volume.
 bool is_lighter(const RobustMixture& mixture, const StabilityTrial& trial) {
-  const bool liquids =
-      trial.root == phase::liquid && !trial.single && w.feed.root == phase::liquid && !w.feed.single;
-  if (!liquids) return trial.Z > w.feed.Z;
+  const bool trial_liquid = trial.root == phase::liquid && !trial.single;
+  const bool feed_liquid = w.feed.root == phase::liquid && !w.feed.single;
+  if (trial_liquid != feed_liquid) return feed_liquid;
   R8 trial_sum = 0.0, feed_sum = 0.0;
   for (int i = 1; i <= mixture.n; ++i) {
     const R8 VC = static_cast<R8>(fl.VC(mixture.at(i)));
@@ -111,9 +113,25 @@ bool lies_between(const Question& q, const ScanState& a, const ScanState& b) {
   return a.split && b.split && (a.fraction - q.fraction) * (b.fraction - q.fraction) <= 0.0;
 }
 
+// The shares of two states have the one asked for between them. Vapour beside liquid may lie between two liquids and
+// one phase, where no point of the scan meets it.
+bool shares_pass(const Question& q, const ScanState& a, const ScanState& b) {
+  return !q.saturated && a.settled && b.settled &&
+         (a.fraction - q.fraction) * (b.fraction - q.fraction) <= 0.0;
+}
+
 // Could it? Next to the end of the two-phase region every fraction may be met.
 bool may_lie_between(const Question& q, const ScanState& a, const ScanState& b) {
   return lies_between(q, a, b) || (a.settled && b.settled && a.split != b.split);
+}
+
+// Which half of W.low, W.middle, W.high is to be looked at.
+bool is_in_lower(const Question& q) {
+  if (lies_between(q, w.low, w.middle)) return true;
+  if (lies_between(q, w.middle, w.high)) return false;
+  if (w.middle.split && shares_pass(q, w.low, w.middle) != shares_pass(q, w.middle, w.high))
+    return shares_pass(q, w.low, w.middle);
+  return may_lie_between(q, w.low, w.middle) || (!w.middle.split && shares_pass(q, w.low, w.middle));
 }
 
 bool try_state(const RobustMixture& mixture, const Question& q, const ScanState& s) {
@@ -145,9 +163,7 @@ bool close_in(const RobustMixture& mixture, const Question& q) {
     }
     examine(mixture, q, 0.5 * (w.low.free + w.high.free), w.middle);
     if (!w.middle.settled) return false;
-    const bool in_lower = lies_between(q, w.low, w.middle) ||
-                          (!lies_between(q, w.middle, w.high) && may_lie_between(q, w.low, w.middle));
-    (in_lower ? w.high : w.low) = w.middle;
+    (is_in_lower(q) ? w.high : w.low) = w.middle;
   }
   return try_state(mixture, q, w.low) || try_state(mixture, q, w.high) || part_liquids(mixture, q);
 }
@@ -248,11 +264,12 @@ void scan_saturation(const RobustMixture& mixture, SaturationGiven given, R8 val
     } else if (find_hidden(mixture, q, a, b)) {
       search_pair(mixture, q, a, w.hidden, result);
       search_pair(mixture, q, w.hidden, b, result);
-    } else if (may_lie_between(q, a, b)) {
+    } else if (may_lie_between(q, a, b) || shares_pass(q, a, b)) {
       search_pair(mixture, q, a, b, result);
     }
   }
-  if (result.answer != Saturation::found && !complete) result.answer = Saturation::unsettled;
+  if (result.answer != Saturation::found && (!complete || engine_budget() <= 0))
+    result.answer = Saturation::unsettled;
 }
 
 }  // namespace talix

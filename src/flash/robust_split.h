@@ -34,12 +34,9 @@ void converge_split(const RobustMixture& mixture, R8 T, R8 P, const CompVec& lnK
 void converge_from(const RobustMixture& mixture, R8 T, R8 P, const CompVec& lnK, const RobustPhase& feed,
                    RobustSplit& split);
 
-// Improves a split that is nearly converged, mostly at the cost of one evaluation of each phase.
+// Improves a split that is nearly converged, mostly at the cost of one evaluation of each phase; accurate enough for a
+// stability test.
 void polish_split(const RobustMixture& mixture, R8 T, R8 P, const CompVec& lnK, const RobustPhase& feed,
-                  RobustSplit& split);
-
-// The same with every field evaluated at the end: for a split that a stability test follows.
-void refine_split(const RobustMixture& mixture, R8 T, R8 P, const CompVec& lnK, const RobustPhase& feed,
                   RobustSplit& split);
 
 // The whole flash: stability of the feed, split from its trials, stability of the split. START_LNK may be

@@ -43,7 +43,8 @@ constexpr R8 kSoftMiddle = 0.3;
 constexpr R8 kSoftNear = 0.1;
 constexpr R8 kLeastShrink = 0.1;
 // Smallest eigenvalue from which a test that the first point below the plane ends goes without them.
-constexpr R8 kSoftFirst = 0.1;
+constexpr R8 kSoftFirst = kSoft;
+constexpr R8 kSoftBeside = 0.1;  // the same beside a partner, and for the nearest starts
 constexpr R8 kLeastRoot = 1.0E-130;
 constexpr R8 kPureRemainder = 1.0E-6;  // share of the other components in a near-pure start
 // Share of a component in the start of a pair that water or its like leads, of any component below the reduced
@@ -57,7 +58,7 @@ constexpr int kPureStartsFull = 20;
 struct Run {
   StabilityEffort effort;
   StabilityResult* result;
-  bool thin;  // the tested phase or its partner is a thin vapour: trials that begin as a vapour tell nothing
+  bool vapour_known;  // no trial that begins as a vapour can tell anything
   bool below;
   bool failed;
   bool lost;  // the engine could not evaluate the last trial
@@ -187,16 +188,26 @@ bool is_thin_vapour(const Bowl& known) {
   return critical < kThinDensity * volume;
 }
 
-bool thin_vapour_present(StabilityEffort effort) {
+bool has_badly_mixing() {
+  for (int i = 1; i <= plane.mixture->n; ++i)
+    if (mixes_badly(*plane.mixture, i)) return true;
+  return false;
+}
+
+// True where a vapour cannot be a new phase: beside a thin one, and beside any that has its liquid, but for components
+// like water. Of 1400 third phases beside a vapour and a liquid a trial that began as a vapour alone found none.
+bool vapour_is_known(StabilityEffort effort) {
   if (effort == StabilityEffort::full) return false;
-  return is_thin_vapour(plane.tested) || (plane.paired && is_thin_vapour(plane.partner));
+  if (is_thin_vapour(plane.tested) || (plane.paired && is_thin_vapour(plane.partner))) return true;
+  return plane.paired && plane.tested.root == phase::liquid && plane.partner.root == phase::vapour &&
+         !has_badly_mixing();
 }
 
 // True when a near-pure start of the component cannot show what the other starts do not.
 bool tells_nothing(const Run& run, int component) {
   if (run.effort == StabilityEffort::full) return false;
   const R8 critical = static_cast<R8>(fl.TC(plane.mixture->at(component)));
-  return plane.T > kHottestLead * critical || (run.thin && pure_liquid(component) > 0.0);
+  return plane.T > kHottestLead * critical || (run.vapour_known && pure_liquid(component) > 0.0);
 }
 
 // Trials that begin as one component with a trace of the others, the most active first by an estimate: a pure
@@ -241,11 +252,15 @@ void follow_soft(Run& run) {
     run.failed = true;
     return;
   }
-  if (plane.tested.softest >= (run.effort == StabilityEffort::first ? kSoftFirst : kSoft)) return;
+  const R8 limit = plane.paired ? kSoftBeside : kSoftFirst;
+  if (plane.tested.softest >= (run.effort == StabilityEffort::first ? limit : kSoft)) return;
+  // A phase so close is there only where the tested one is very soft.
+  const bool near = plane.tested.softest > 0.0 &&
+                    (run.effort == StabilityEffort::full || plane.tested.softest < kSoftBeside);
   for (const R8 side : {1.0, -1.0}) {
     if (plane.tested.softest > 0.0) follow_soft_start(run, side * kSoftFar);
     follow_soft_start(run, side * kSoftMiddle);
-    if (plane.tested.softest > 0.0) follow_soft_start(run, side * kSoftNear);
+    if (near) follow_soft_start(run, side * kSoftNear);
   }
 }
 
@@ -270,15 +285,15 @@ void run_all(Run& run) {
   forget_trials();
   if (plane.tested.root == phase::vapour) {
     follow_wilson(run, -1.0, phase::liquid);
-    if (!run.thin) follow_wilson(run, 1.0, phase::vapour);
+    if (!run.vapour_known) follow_wilson(run, 1.0, phase::vapour);
   } else {
-    if (!run.thin) {
+    if (!run.vapour_known) {
       follow_ideal_gas(run);
       follow_wilson(run, 1.0, phase::vapour);
     }
     follow_wilson(run, -1.0, phase::liquid);
   }
-  if (!run.thin || plane.tested.root == phase::vapour) follow_other_root(run);
+  if (!run.vapour_known || plane.tested.root == phase::vapour) follow_other_root(run);
   follow_near_pure(run);
   follow_pairs(run);
   follow_soft(run);
@@ -286,7 +301,7 @@ void run_all(Run& run) {
 
 void test_plane(StabilityEffort effort, StabilityResult& result) {
   result.count = 0;
-  Run run{effort, &result, thin_vapour_present(effort), false, false, false};
+  Run run{effort, &result, vapour_is_known(effort), false, false, false};
   if (plane.mixture->n == 1)
     test_pure(run);
   else

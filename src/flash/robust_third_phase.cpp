@@ -22,6 +22,16 @@ constexpr R8 kActivitySum = 0.3;
 // rules a second liquid out when it is above this, plus that much of the activities.
 constexpr R8 kSoftLiquid = 0.3;
 constexpr R8 kSoftByActivity = 0.4;
+// Not so beside a vapour that is nearer than these in 2 sqrt(x) and ln Z, when the liquid itself has at least the third
+// as eigenvalue, and across the line to the vapour the fourth plus the fifth times the activities, and no activity of
+// the sixth is more than the last times its mole fraction: of 1980 third phases none was lost.
+constexpr R8 kNear = 0.8;
+constexpr R8 kNearLnZ = 1.0;
+constexpr R8 kLeastNear = 0.05;
+constexpr R8 kSoftAcross = 0.7;
+constexpr R8 kSoftAcrossByActivity = 0.5;
+constexpr R8 kFairActivity = 0.05;
+constexpr R8 kNearRatio = 3.0;
 // In a very cold liquid any component of this activity may lead another one.
 constexpr R8 kColdLiquid = 0.4;
 constexpr R8 kColdActivity = 0.5;
@@ -32,6 +42,12 @@ constexpr R8 kHottest = 0.7;
 // fraction or activity.
 constexpr R8 kLeastShare = 1.0E-3;
 constexpr R8 kLeastActivity = 0.02;
+// But a liquid that holds more of a single one than the first stays alone with its vapour where the activities of the
+// others add up to no more than the second and its smallest eigenvalue is no less than the third: of 12800 third phases
+// none was lost.
+constexpr R8 kLedShare = 0.9;
+constexpr R8 kLedSlight = 0.1;
+constexpr R8 kLedSoft = 0.8;
 
 // A phase with a mole fraction below this knows too little of the tangent plane to be the one that is tested.
 constexpr R8 kLostShare = 1.0E-30;
@@ -40,21 +56,91 @@ struct Work {
   CompMat curvature;
   CompMat factor;
   RobustPhase liquid;
-  CompVec pure;  // ln phi of the pure liquids
+  CompVec pure;       // ln phi of the pure liquids
+  CompVec direction;  // from the liquid to the vapour
+  CompVec product;    // of the curvature and that
 };
 constinit Work work{};
 
-// True when the smallest eigenvalue of the liquid is below LEAST, or the engine cannot tell.
-bool is_soft(const RobustMixture& mixture, const RobustSplit& split, R8 LEAST) {
+// Second derivatives of the mixing energy of the liquid; false when the engine cannot tell.
+bool curve_liquid(const RobustMixture& mixture, const RobustSplit& split) {
   const RobustPhase* liquid = &split.liquid;
   if (liquid->known == PhaseDerivatives::none) {
     evaluate_phase(mixture, split.T, split.P, split.liquid.x, phase::gibbs, PhaseDerivatives::composition,
                    work.liquid);
-    if (work.liquid.status != status::ok) return true;
+    if (work.liquid.status != status::ok) return false;
     liquid = &work.liquid;
   }
   fill_second(mixture.n, *liquid, work.curvature);
-  return !cholesky_factor(mixture.n, work.curvature, -LEAST, work.factor);
+  return true;
+}
+
+// True when the smallest eigenvalue of the liquid is below LEAST.
+bool is_soft(int n, R8 LEAST) { return !cholesky_factor(n, work.curvature, -LEAST, work.factor); }
+
+// The direction from the liquid to the vapour in 2 sqrt(x), of length 1; the length that it had.
+R8 point_to_vapour(int n, const RobustSplit& split, CompVec& direction) {
+  R8 outward = 0.0, length2 = 0.0;
+  for (int i = 1; i <= n; ++i) {
+    direction(i) = 2.0 * (std::sqrt(split.vapour.x(i)) - std::sqrt(split.liquid.x(i)));
+    outward += direction(i) * std::sqrt(split.liquid.x(i));
+  }
+  // Along the sphere on which the roots of mole fractions lie.
+  for (int i = 1; i <= n; ++i) {
+    direction(i) -= outward * std::sqrt(split.liquid.x(i));
+    length2 += direction(i) * direction(i);
+  }
+  const R8 length = std::sqrt(length2);
+  for (int i = 1; i <= n; ++i) direction(i) /= length;
+  return length;
+}
+
+// True when the liquid is soft only because its vapour is near, as beside a critical point: along the line between
+// them. EXCESS is the sum of the activities that count.
+bool soft_towards_vapour(int n, const RobustSplit& split, R8 EXCESS) {
+  const R8 across = kSoftAcross + kSoftAcrossByActivity * EXCESS;
+  if (!(across < 1.0) || !(std::log(split.vapour.Z / split.liquid.Z) < kNearLnZ) || is_soft(n, kLeastNear))
+    return false;
+  const R8 length = point_to_vapour(n, split, work.direction);
+  if (!(length > 0.0 && length < kNear)) return false;
+  R8 along = 0.0;
+  for (int i = 1; i <= n; ++i) {
+    work.product(i) = 0.0;
+    for (int j = 1; j <= n; ++j) work.product(i) += work.curvature(i, j) * work.direction(j);
+    along += work.direction(i) * work.product(i);
+  }
+  // The same second derivatives with those along the line replaced by 1.
+  for (int j = 1; j <= n; ++j)
+    for (int i = 1; i <= n; ++i)
+      work.curvature(i, j) += (along + 1.0) * work.direction(i) * work.direction(j) -
+                              work.direction(i) * work.product(j) - work.product(i) * work.direction(j);
+  return !is_soft(n, across);
+}
+
+// Of the components in the liquid, over their pure liquids.
+struct Activities {
+  R8 sum, slight;    // of those that exceed their mole fraction clearly and slightly
+  R8 ratio;          // the highest over its mole fraction
+  R8 share;          // mole fraction of the components that mix badly
+  int badly_mixing;  // how many of these count
+};
+
+Activities activities(const RobustMixture& mixture, const RobustSplit& split) {
+  Activities a{};
+  estimate_pure_liquids(mixture, split.T, split.P, work.pure);
+  for (int i = 1; i <= mixture.n; ++i) {
+    const R8 x = split.liquid.x(i);
+    const R8 activity = x * std::exp(split.liquid.lnphi(i) - work.pure(i));
+    if (mixes_badly(mixture, i)) {
+      a.share += x;
+      if (x > kLeastShare || activity > kLeastActivity) a.badly_mixing = a.badly_mixing + 1;
+    } else if (static_cast<R8>(fl.TC(mixture.at(i))) > split.T) {
+      if (activity > kExcess * x) a.sum += activity;
+      if (activity > kSlightExcess * x) a.slight += activity;
+      if (activity > kFairActivity) a.ratio = std::max(a.ratio, activity / x);
+    }
+  }
+  return a;
 }
 
 struct Temperatures {
@@ -87,21 +173,17 @@ R8 least_share(int n, const RobustPhase& phase) {
 bool third_phase_plausible(const RobustMixture& mixture, const RobustSplit& split) {
   // Beside two liquids a vapour is always possible.
   if (split.two_liquids) return true;
-  R8 sum = 0.0, slight = 0.0;
-  estimate_pure_liquids(mixture, split.T, split.P, work.pure);
-  for (int i = 1; i <= mixture.n; ++i) {
-    const int k = mixture.at(i);
-    const R8 activity = split.liquid.x(i) * std::exp(split.liquid.lnphi(i) - work.pure(i));
-    if (mixes_badly(mixture, i) && (split.liquid.x(i) > kLeastShare || activity > kLeastActivity))
-      return true;
-    if (!(static_cast<R8>(fl.TC(k)) > split.T)) continue;
-    if (activity > kExcess * split.liquid.x(i)) sum += activity;
-    if (activity > kSlightExcess * split.liquid.x(i)) slight += activity;
+  const Activities active = activities(mixture, split);
+  if (active.badly_mixing > 0) {
+    if (active.badly_mixing > 1 || !(active.share > kLedShare) || active.slight > kLedSlight) return true;
+    return !curve_liquid(mixture, split) || is_soft(mixture.n, kLedSoft);
   }
   const Temperatures reduced = reduced_temperatures(mixture, split);
-  if (!(slight > kActivitySum) || reduced.least > kHottest) return false;
-  if (reduced.of_liquid < kColdLiquid && sum > kColdActivity) return true;
-  return is_soft(mixture, split, kSoftLiquid + kSoftByActivity * sum);
+  if (!(active.slight > kActivitySum) || reduced.least > kHottest) return false;
+  if (reduced.of_liquid < kColdLiquid && active.sum > kColdActivity) return true;
+  if (!curve_liquid(mixture, split)) return true;
+  return is_soft(mixture.n, kSoftLiquid + kSoftByActivity * active.sum) &&
+         !(active.ratio < kNearRatio && soft_towards_vapour(mixture.n, split, active.sum));
 }
 
 Stability stability_of_split(const RobustMixture& mixture, const RobustSplit& split, bool full,

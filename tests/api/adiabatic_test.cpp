@@ -3,11 +3,14 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstring>
+#include <iterator>
 #include <string>
 #include <vector>
 
 #include "api/phase_properties.h"
 #include "fastprops/error_matrix.h"
+#include "flash/phase_check.h"
 #include "support/flash_case.h"
 #include "support/random_mixtures.h"
 #include "support/stability_check.h"
@@ -241,6 +244,69 @@ TEST_F(AdiabaticCalls, HistoryDoesNotChangeAResult) {
         EXPECT_EQ(first.SCAL(i, 4), again.SCAL(i, 4));
       }
     }
+}
+
+constexpr int kManyComponents[] = {15, 4,  20, 21,  22,  23,  24,  25,  26,  27,  28,  29,  30,  31, 32,
+                                   33, 34, 35, 38,  39,  40,  41,  42,  43,  54,  58,  59,  61,  62, 63,
+                                   81, 82, 84, 102, 116, 123, 125, 127, 128, 129, 130, 131, 132, 133};
+
+// With the check behind it code 8 is searched on the whole feed only; forty-four components took ninety thousand calls
+// where components were left out.
+TEST(CheckedAdiabatic, StaysWithinTheBoundOfEngineCalls) {
+  test::fresh_library();
+  test::verify(1);
+  const std::vector<int> numbers(std::begin(kManyComponents), std::end(kManyComponents));
+  for (const R4 T : {-60.0F, 20.0F, 120.0F, 260.0F}) {
+    FlashCase reference;
+    reference.numbers = numbers;
+    for (int i = 1; i <= reference.nc(); ++i)
+      reference.feed.push_back(i % 3 == 0 ? 1.0E-5F : 1.0F / static_cast<R4>(i));
+    reference.T = T;
+    reference.P = 30.0F;
+    ASSERT_EQ(reference.run(), "") << T;
+    for (const I4 code : {flash_type::adiabatic, flash_type::adiabatic_nested}) {
+      FlashCase c = adiabatic(reference, code, 45.0F);
+      const I4 before = fl.NENGINE;
+      const std::string text = c.run();
+      EXPECT_LE(fl.NENGINE - before, kMostAdiabaticEngineCalls) << T;
+      EXPECT_EQ(text, "") << T;
+      EXPECT_NEAR(c.T, T, 0.02F);
+      EXPECT_NEAR(c.FRV, reference.FRV, 1.0E-4F);
+    }
+  }
+}
+
+// Nothing of an earlier call is the start of a later one.
+TEST(CheckedAdiabatic, DoesNotDependOnEarlierCalls) {
+  test::fresh_library();
+  test::verify(1);
+  FlashCase reference = test::natural_gas();
+  reference.run();
+  const auto result_after = [&](I4 code, R4 T, R4 P) {
+    FlashCase other = test::natural_gas();
+    other.IFLASH = code;
+    other.T = T;
+    other.P = P;
+    other.run();
+    FlashCase c = adiabatic(reference, flash_type::adiabatic, 30.0F);
+    EXPECT_EQ(c.run(), "");
+    return c;
+  };
+  const FlashCase first = result_after(flash_type::isothermal, -20.0F, 40.0F);
+  EXPECT_NEAR(first.T, reference.T, 0.01F);
+  const struct {
+    I4 code;
+    R4 T, P;
+  } others[] = {{flash_type::isothermal, 200.0F, 1.0F},           {flash_type::isothermal, -150.0F, 80.0F},
+                {flash_type::bubble_temperature, -20.0F, 3.0F},   {flash_type::dew_pressure, -60.0F, 1.0F},
+                {flash_type::isothermal_fast, -30.0F, 20.0F},     {flash_type::adiabatic_nested, 10.0F, 5.0F},
+                {flash_type::temperature_at_fraction, 0.0F, 9.0F}};
+  for (const auto& other : others) {
+    const FlashCase again = result_after(other.code, other.T, other.P);
+    EXPECT_EQ(std::memcmp(&again.SCAL, &first.SCAL, sizeof first.SCAL), 0) << other.code << " " << other.T;
+    EXPECT_EQ(std::memcmp(&again.TPROPS, &first.TPROPS, sizeof first.TPROPS), 0) << other.code;
+    EXPECT_EQ(again.T, first.T);
+  }
 }
 
 }  // namespace

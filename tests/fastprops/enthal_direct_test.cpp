@@ -95,6 +95,32 @@ TEST_F(DirectEnthalpy, HeatCapacityIsTheSlopeOfTheEnthalpyAlongThePressure) {
   }
 }
 
+TEST_F(DirectEnthalpy, FugacitiesEnthalpyAndEntropyBelongTogether) {
+  constexpr R8 R = 8.31447;
+  for (const State& s : kStates) {
+    const auto mean = [&](R4 T) {
+      FlashVec PHI{};
+      R4 Z = 0;
+      I4 IPH = 0;
+      direct_fugacities(true, fl.NC, s.PH, T, z, PHI, Z, s.P, IPH);
+      R8 sum = 0;
+      for (int i = 1; i <= fl.NC; ++i) sum += widen(z(i)) * std::log(widen(PHI(i)));
+      return sum;
+    };
+    Thermal t;
+    t.ask(s.PH, s.T, s.P, z);
+    const R8 T = widen(s.T);
+    const R8 h = widen(t.H - t.HID) / (R * T);
+    // The entropy is that against the ideal gas at 1 bar.
+    const R8 g = h - widen(t.S - t.SID) / R - std::log(widen(s.P));
+    EXPECT_NEAR(mean(s.T), g, 2E-4 * (std::fabs(g) + std::fabs(h)) + 2E-5) << s.T << ' ' << s.P;
+    // Gibbs and Helmholtz: the slope of G over RT with temperature is the enthalpy over RT, turned round.
+    const R4 d = 0.004F * s.T;
+    const R8 slope = (mean(s.T + d) - mean(s.T - d)) / (2.0 * widen(d));
+    EXPECT_NEAR(-T * slope, h, 3E-3 * std::fabs(h) + 2E-4) << s.T << ' ' << s.P;
+  }
+}
+
 TEST_F(DirectEnthalpy, CompressibilitySoundAndJouleThomsonBelongTogether) {
   for (const State& s : kStates) {
     Thermal t, up, down;

@@ -7,6 +7,7 @@
 
 #include "fastprops/error_matrix.h"
 #include "fastprops/flash_record.h"
+#include "fastprops/try_step.h"
 #include "support/flash_case.h"
 
 namespace talix {
@@ -119,6 +120,24 @@ TEST_F(FastDensity, SubstitutionThatDoesNotConvergeLeavesATextAndItsLastValue) {
   EXPECT_EQ(errmat.NERRS, 1);
   EXPECT_GT(P0, 0.0);
   EXPECT_TRUE(std::isfinite(static_cast<R4>(P0)));
+}
+
+// Just beyond the set that still has a solution: the substitution wanders at moderate pressures, and what counts is its
+// twentieth value.
+TEST_F(FastDensity, TwentiethValueOfTheSubstitutionIsKept) {
+  constexpr R4 kT = 400.0F;
+  fl.CP0(5, 1) = 1.1E5F;
+  const R8 P0 = pressure(kT);
+  EXPECT_EQ(trimmed(MSG), " Frost-Kalkwarf equation did not converge (FKW)");
+  const R4 TMP = 8.8F - 2200.0F / kT - 1.5F * std::log10(kT);
+  const R4 SLOPE = 1.1E5F / (kT * kT);
+  R4 PSUB = std::pow(10.0F, TMP), PNEW = 0.0F, DX = 0.0F, DXOLD = 0.0F, R = 0.0F;
+  for (int step = 1; step <= 20; ++step) {
+    PNEW = std::pow(10.0F, TMP + SLOPE * PSUB);
+    ASSERT_LT(PNEW, 1e30F) << "no bound of the exponent in play";
+    TRY(PSUB, PNEW, DX, DXOLD, R);
+  }
+  EXPECT_NEAR(P0 / (10.0 * static_cast<R8>(PNEW)), 1.0, 1e-3);
 }
 
 TEST_F(FastDensity, EachComponentIsSolvedOnItsOwn) {

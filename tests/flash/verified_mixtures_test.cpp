@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "fastprops/flash_record.h"
@@ -276,6 +277,43 @@ TEST_F(VerifiedMixtures, OrderAndAbsentComponentsDoNotMatter) {
         }
       }
     }
+  }
+}
+
+// What the reference itself is worth: the seeded starts of its thorough search against three hundred random ones.
+TEST_F(VerifiedMixtures, TheReferenceMissesNoPhaseOfColdWetStates) {
+  int compared = 0, split = 0;
+  for (int index = 0; compared < 10; ++index) {
+    ASSERT_LT(index, 2000);
+    const Case c = StateSource(kSuiteSeed, index).draw();
+    R8 water = 0.0, total = 0.0;
+    for (std::size_t i = 0; i < c.numbers.size(); ++i) {
+      total += static_cast<R8>(c.feed[i]);
+      if (c.numbers[i] == 9) water += static_cast<R8>(c.feed[i]);
+    }
+    if (water < 0.2 * total || c.T > 270.0) continue;
+    load_list(c);
+    const Mixture m = mixture_of(c.feed);
+    const Answer usual = flash(m, c.T, c.P), best = flash(m, c.T, c.P, Effort::exhaustive);
+    ASSERT_FALSE(usual.failed || best.failed);
+    EXPECT_EQ(usual.phases, best.phases) << index;
+    EXPECT_EQ(usual.third(), best.third()) << index;
+    EXPECT_NEAR(usual.g, best.g, 1.0E-9 * (1.0 + std::fabs(best.g))) << index;
+    ++compared;
+    split += best.phases == 2;
+  }
+  EXPECT_GT(split, 7);
+}
+
+// A second liquid beside the vapour that is about to form: the quick search of the scans has to see it.
+TEST_F(VerifiedMixtures, TheScansOfTheReferenceSeeAShallowSecondLiquid) {
+  const Case c = case_of({20, 22, 116}, {0.7F, 0.2F, 0.1F});
+  load_list(c);
+  const Mixture m = mixture_of(c.feed);
+  for (const R8 P : {57.4, 57.8, 58.2}) {
+    const R8 quick = analyse(m, 204.0, P, m.z, Effort::scan).lowest();
+    EXPECT_LT(quick, -1.0E-5) << P;
+    EXPECT_NEAR(quick, analyse(m, 204.0, P, m.z, Effort::exhaustive).lowest(), 1.0E-9) << P;
   }
 }
 

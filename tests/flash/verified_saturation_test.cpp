@@ -1,7 +1,12 @@
 // Bubble points, dew points and given vapour fractions with the check behind the flashes, against the reference flash.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
+#include <vector>
+
 #include "fastprops/flash_record.h"
+#include "flash/phase_check.h"
 #include "support/reference_report.h"
 
 namespace talix {
@@ -85,6 +90,135 @@ TEST_F(VerifiedSaturation, BeyondTheEnvelopeATextTakesThePlaceOfATrivialSolution
     const Reply r = ask(c, code, 250.0, 250.0, 0.5);
     EXPECT_FALSE(r.answered) << "code " << code << " gave " << r.T << " K";
   }
+}
+
+constexpr const char* kBothLiquids =
+    ". Both phases are liquids: the lighter one stands in the column of the vapour (TALIX)";
+
+// A liquid of methane, propane and decane parts into two liquids between -69 and -56 C: no vapour boils off, and the
+// lighter liquid goes over into the vapour of the higher temperatures.
+TEST_F(VerifiedSaturation, WhereTwoLiquidsPartTheBubblePointIsTheirs) {
+  const Case c = case_of({20, 22, 116}, {0.7F, 0.2F, 0.1F});
+  load_list(c);
+  const Mixture m = mixture_of(c.feed);
+  test::verify(1);
+  for (const R8 asked : {206.0, 208.0, 212.0, 216.0}) {
+    const R8 T = kelvin(celsius(asked));
+    const Reply at_T = ask(c, flash_type::bubble_pressure, T, 60.0, 0.0);
+    ASSERT_TRUE(at_T.answered) << at_T.message;
+    EXPECT_EQ(at_T.message, kBothLiquids) << T;
+    const Line pressures{m, Axis::pressure, T};
+    EXPECT_EQ(judge_saturation(pressures, at_T, flash_type::bubble_pressure, 0.0, true).verdict,
+              Verdict::right)
+        << T;
+    const Reply at_P = ask(c, flash_type::bubble_temperature, T, at_T.P, 0.0);
+    ASSERT_TRUE(at_P.answered) << at_P.message;
+    EXPECT_EQ(at_P.message, kBothLiquids) << T;
+    EXPECT_NEAR(at_P.T, T, 2.0E-3);
+  }
+  // On both sides of them vapour boils off.
+  for (const R8 asked : {200.0, 221.0}) {
+    const Reply r = ask(c, flash_type::bubble_pressure, kelvin(celsius(asked)), 60.0, 0.0);
+    EXPECT_TRUE(r.answered);
+    EXPECT_EQ(r.message, "") << asked;
+  }
+}
+
+// Mixtures that boil nearly like a pure component: the two-phase region is narrower than the steps of any search.
+TEST_F(VerifiedSaturation, NarrowTwoPhaseRegionsAreFound) {
+  int asked = 0;
+  for (const R4 sulphide : {0.0001F, 0.001F, 0.005F, 0.02F}) {
+    const Case mixture = case_of({20, 11}, {1.0F - sulphide, sulphide});
+    load_list(mixture);
+    for (const R8 P : {20.0, 40.0, 46.26, 48.0}) {
+      Expectation found;
+      Case c = mixture;
+      c.T = 191.0;
+      c.P = P;
+      compare_saturation_of(c, 0.4, found);
+      EXPECT_EQ(found.unanswered, 0) << sulphide << ", " << P << " bar";
+      asked += found.asked;
+    }
+  }
+  EXPECT_GT(asked, 60);
+  const Case c = case_of({20, 11}, {0.995F, 0.005F});
+  load_list(c);
+  test::verify(1);
+  const Reply r = ask(c, flash_type::dew_temperature, 298.15, 46.26, 1.0);
+  ASSERT_TRUE(r.answered) << r.message;
+  EXPECT_NEAR(r.T, 191.356, 2.0E-3);
+}
+
+// A heavy liquid beside a dense light vapour may have the larger molar volume.
+TEST_F(VerifiedSaturation, LiquidsOfLargeMoleculesHaveDewPoints) {
+  const Case c = case_of({20, 415, 21, 4, 328, 116}, {0.298539996F, 0.0640882254F, 0.16374962F, 0.0922857374F,
+                                                      0.187500685F, 0.19383575F});
+  load_list(c);
+  test::verify(1);
+  for (const R8 start : {200.0, 298.15, 450.0}) {
+    const Reply r = ask(c, flash_type::dew_temperature, start, 228.56754, 1.0);
+    ASSERT_TRUE(r.answered) << r.message;
+    EXPECT_NEAR(r.T, 451.6376, 2.0E-3);
+    EXPECT_GT(r.x[1], 0.75);
+  }
+}
+
+// Between two liquids of a wet oil and its vapour there are 40 K with vapour beside liquid.
+TEST_F(VerifiedSaturation, VapourBetweenTwoLiquidsAndOnePhaseIsFound) {
+  Case c =
+      case_of({9, 20, 4, 21, 116, 22, 28, 278}, {0.405447423F, 0.0659634322F, 0.122170351F, 0.0270010196F,
+                                                 0.071830608F, 0.0410969481F, 0.086309731F, 0.18018049F});
+  load_list(c);
+  const Mixture m = mixture_of(c.feed);
+  const R8 P = static_cast<R8>(325.4946F);
+  test::verify(1);
+  for (const R8 fraction : {0.7, 0.7664, 0.85, 0.95}) {
+    const Reply r = ask(c, flash_type::temperature_at_fraction, 460.0, P, fraction);
+    ASSERT_TRUE(r.answered) << r.message;
+    EXPECT_NEAR(flash(m, r.T, P).vapour_share, fraction, 1.0E-3);
+  }
+}
+
+// The costliest states are those with three phases.
+TEST_F(VerifiedSaturation, WetGasesStayWithinTheBoundOfEngineCalls) {
+  const std::vector<int> numbers = {20, 21, 22, 23, 25, 4, 15, 9};
+  int most = 0;
+  for (const R4 water : {0.002F, 0.1F}) {
+    const Case c = case_of(numbers, {0.85F, 0.06F, 0.03F, 0.01F, 0.005F, 0.02F, 0.02F, water});
+    load_list(c);
+    test::verify(1);
+    for (const R8 P : {5.0, 60.0}) {
+      for (const R8 fraction : {0.02, 0.5, 0.98}) {
+        for (const I4 code : {flash_type::pressure_at_fraction, flash_type::temperature_at_fraction}) {
+          const Reply r = ask(c, code, 290.0, P, fraction);
+          EXPECT_LE(r.engine_calls, kMostEngineCalls) << code << " " << P << " bar, " << fraction;
+          EXPECT_TRUE(r.finite);
+          most = std::max(most, r.engine_calls);
+        }
+      }
+    }
+  }
+  EXPECT_GT(most, 5000);
+}
+
+// A search that ends with the engine calls tells so, and names no limit that it has not seen.
+TEST_F(VerifiedSaturation, ASearchThatRunsOutOfEngineCallsNamesNoLimit) {
+  const Case c =
+      case_of({20, 11, 4, 116, 9, 328, 25, 277, 403}, {0.2F, 0.1F, 0.1F, 0.1F, 0.3F, 0.1F, 0.1F, 0.1F, 0.1F});
+  load_list(c);
+  test::verify(1);
+  int ran_out = 0;
+  for (const R8 P : {0.2, 1.0, 5.0, 150.0, 350.0}) {
+    for (const R8 fraction : {0.1, 0.4, 0.7}) {
+      const Reply r = ask(c, flash_type::temperature_at_fraction, 450.0, P, fraction);
+      EXPECT_LE(r.engine_calls, kMostEngineCalls);
+      EXPECT_EQ(r.message.find("of 0 bar"), std::string::npos) << r.message;
+      if (r.answered || r.engine_calls < kCheckedEngineCalls) continue;
+      ++ran_out;
+      EXPECT_NE(r.message.find("could not be settled"), std::string::npos) << r.message;
+    }
+  }
+  EXPECT_GT(ran_out, 0);
 }
 
 }  // namespace

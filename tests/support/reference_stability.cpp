@@ -234,7 +234,7 @@ Stability analyse(const Mixture& m, R8 T, R8 P, const Numbers& x, Effort effort)
   add_wilson(s, 1.0);
   add_wilson(s, -1.0);
   if (result.curvature < 0.5)
-    for (const R8 length : {0.02, -0.02, 0.2, -0.2}) add_softest(s, softest, length);
+    for (const R8 length : {0.02, -0.02, 0.2, -0.2, 0.6, -0.6}) add_softest(s, softest, length);
   std::size_t lightest = 0, heaviest = 0;
   for (std::size_t i = 1; i < n; ++i) {
     if (wilson(m, i, T, P) > wilson(m, lightest, T, P)) lightest = i;

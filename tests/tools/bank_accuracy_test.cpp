@@ -44,11 +44,13 @@ TEST(AccuracyReport, FlashesTheReferenceStatesOfPhases) {
   write_accuracy_report(compile_bank(kData).bank, kData, kGolden, folder.path() / "accuracy.md");
   const std::string report = folder.read("accuracy.md");
   // A row of every table, with a figure of more than nothing.
-  for (const char* row : {"\n| hydrocarbon gas | 159, 173 | 3.", "\n| methane | 35, 35 | 0.",
+  for (const char* row : {"\n| hydrocarbon gas | 160, 174 | 3.", "\n| methane | 36, 36 | 0.",
                           "\n| propane | corresponding states | ", "\n| n-decane | set of its own | ",
                           "\n| water | 2.", "\n| vapour | 273 K, 60 bar | viscosity, mPa s | 0.0125"})
     EXPECT_NE(report.find(row), std::string::npos) << row;
-  EXPECT_EQ(report.find("nan"), std::string::npos);
+  // As the formats of the report print a number that is none; the names of alkanes hold the letters too.
+  for (const char* none : {" nan", "+nan", "-nan", " inf", "+inf", "-inf"})
+    EXPECT_EQ(report.find(none), std::string::npos) << none;
 }
 
 }  // namespace

@@ -191,6 +191,7 @@ TEST(CliEnvelope, ALineThatLeavesTheRangeOfTheLibraryIsOpen) {
   EXPECT_FALSE(envelope.critical || envelope.cricondenbar);
   EXPECT_TRUE(
       holds(envelope_table(test::two_component_request(), envelope), "The bubble line is open: it goes on"));
+  EXPECT_TRUE(holds(envelope.bubble_end, "no further bubble point was found")) << envelope.bubble_end;
 }
 
 TEST(CliEnvelope, ALineThatCannotGoOnEndsWithTheMessage) {
@@ -206,6 +207,42 @@ TEST(CliEnvelope, ALineThatCannotGoOnEndsWithTheMessage) {
   EXPECT_EQ(envelope.dew.back().message, "No convergence");
   EXPECT_GT(end_of(envelope.dew)->P_bar, 8);
   EXPECT_LT(end_of(envelope.dew)->P_bar, 10);
+}
+
+TEST(CliEnvelope, TheReasonForTheEndOfALineTellsWhatStandsBeyondIt) {
+  // Neither saturation flash converges above 10 bar; what the isothermal flash finds beyond is told.
+  const auto end_with = [](double width_beyond) {
+    const FlashFunction flash = [width_beyond](const FlashRequest& request) {
+      FlashResult result = made_up_flash(request);
+      if (request.P_bar <= 10) return result;
+      if (request.type != FlashType::tp) {
+        result = FlashResult{};
+        result.message = "No convergence";
+      } else if (width_beyond > 0) {
+        result = made_up_answer(request.T_C, request.P_bar, 0.5);
+      } else {
+        result.liquid.reset();
+        result.vapour_fraction = 1.0F;
+      }
+      return result;
+    };
+    return trace_envelope(test::two_component_request(), {}, flash, nullptr);
+  };
+  const Envelope two = end_with(1);
+  EXPECT_EQ(two.dew_end,
+            "no further dew point was found (No convergence); beyond it there are two phases on both sides: "
+            "a third "
+            "one begins near there");
+  EXPECT_TRUE(holds(envelope_table(test::two_component_request(), two), " bar: " + two.dew_end + ".\n"));
+  EXPECT_EQ(json::parse(envelope_json(test::two_component_request(), two))["dew_end"], two.dew_end);
+  const Envelope one = end_with(0);
+  EXPECT_EQ(one.bubble_end,
+            "no further bubble point was found (No convergence); beyond it there is one phase on both sides");
+  const Envelope whole = trace_envelope(test::two_component_request(), {}, made_up_flash, nullptr);
+  EXPECT_EQ(whole.bubble_end, "it meets the dew line at the critical point");
+  EXPECT_EQ(whole.dew_end, "it meets the bubble line at the critical point");
+  const FlashFunction none = [](const FlashRequest&) { return FlashResult{}; };
+  EXPECT_EQ(trace_envelope(test::two_component_request(), {}, none, nullptr).dew_end, "");
 }
 
 TEST(CliEnvelope, AnAnswerWithOnePhaseEndsTheLine) {
@@ -508,6 +545,28 @@ TEST(CliEnvelope, ABubbleLineOfADissolvedGasBeginsOpen) {
   ASSERT_EQ(output.code, kExitOk) << output.err;
   EXPECT_TRUE(holds(output.out, "Critical point:")) << output.out;
   EXPECT_TRUE(holds(output.out, "The bubble line is open")) << output.out;
+}
+
+// Lines that do not meet: beside a second liquid vapour and liquid become alike unseen, and where a third phase forms
+// the edge of the two-phase region changes over to another pair of phases.
+TEST(CliEnvelope, LinesThatDoNotMeetEndWithAReason) {
+  const struct {
+    const char *components, *feed, *bubble, *dew;
+  } cases[] = {
+      {"methane,n-heptane", "0.9999,0.0001", "one phase on both sides: its two phases become one there",
+       "beyond it there is one phase on one side and vapour and liquid on the other"},
+      {"methane,ethane,propane,water", "0.9,0.05,0.03,0.02", "two phases on both sides",
+       "it goes on beyond the range of the library"},
+      {"methane,n-decane", "0.99,0.01", "two phases on both sides", "it goes on, but has too many points"}};
+  for (const auto& tested : cases) {
+    const Output output = envelope_command(
+        {"--comp", tested.components, "--feed", tested.feed, "--points", "40", "--format", "json"});
+    ASSERT_EQ(output.code, kExitOk) << output.err;
+    const json report = json::parse(output.out);
+    EXPECT_TRUE(report["critical_point"].is_null()) << tested.components;
+    EXPECT_TRUE(holds(report["bubble_end"], tested.bubble)) << report["bubble_end"];
+    EXPECT_TRUE(holds(report["dew_end"], tested.dew)) << report["dew_end"];
+  }
 }
 
 TEST(CliEnvelope, ProgressAndPictureAreGivenWhereAsked) {

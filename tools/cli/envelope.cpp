@@ -151,7 +151,12 @@ Envelope trace_envelope(const FlashRequest& mixture, const EnvelopeOptions& opti
     envelope.critical = meeting_point(bubble, dew);
   }
   // Beyond the critical point a line has nothing to miss.
-  if (!envelope.critical) {
+  if (envelope.critical) {
+    envelope.bubble_end = "it meets the dew line at the critical point";
+    envelope.dew_end = "it meets the bubble line at the critical point";
+  } else {
+    if (end_of(bubble.points()) != nullptr) envelope.bubble_end = bubble.end_reason();
+    if (end_of(dew.points()) != nullptr) envelope.dew_end = dew.end_reason();
     bubble.keep_failure();
     dew.keep_failure();
   }

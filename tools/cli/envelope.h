@@ -31,6 +31,8 @@ struct EnvelopeState {
 struct Envelope {
   std::vector<EnvelopePoint> bubble;  // along the line, failed ones between
   std::vector<EnvelopePoint> dew;
+  std::string bubble_end;  // why the line ends where it does; blank for one without points
+  std::string dew_end;
   bool bubble_open = false;  // the line leaves the range of the library: above 900 bar
   bool dew_open = false;
   std::optional<EnvelopeState> critical;        // between the ends of both lines, where these meet

@@ -23,9 +23,10 @@ temperature and the highest pressure with two phases, up to the critical point w
 and CSV give the critical point, the cricondenbar and the cricondentherm beside the points, and the picture marks
 them. A point comes from a bubble or dew flash (types bubble-t, bubble-p, dew-t, dew-p); where the liquid parts into
 two liquids, and no bubble is formed, from isothermal flashes on both sides of the edge of the two-phase region (edge).
-A bubble line of a mixture with a gas that hardly dissolves may be open: it goes on above 900 bar. A point that no
-flash finds is listed as failed with the message of the library. With --verify 0 the lines end below the critical
-point.
+A bubble line of a mixture with a gas that hardly dissolves may be open: it goes on above 900 bar. Where a third phase
+begins, or liquids part, the lines may not meet: the table and JSON say for each line why it ends where it does. A
+point that no flash finds is listed as failed with the message of the library. With --verify 0 the lines end below the
+critical point.
 
 Example:
   talix envelope --comp methane,propane,n-decane --feed 0.7,0.2,0.1 --format csv --plot envelope.svg

@@ -15,8 +15,6 @@ constexpr double kReferencePoints = 80;
 constexpr double kLongestStep = 0.12;
 constexpr double kMostKelvin = 5;
 constexpr double kMostBar = 4;
-// Below this length the line has come to its end.
-constexpr double kShortestStep = 0.0025;
 // An answer may lie this share of the step from where it is expected; below the second share the step grows.
 constexpr double kFarthest = 0.25;
 constexpr double kClose = 0.08;
@@ -54,14 +52,6 @@ double excess(const std::optional<float>& vapour, const std::optional<float>& li
   return std::abs(static_cast<double>(*liquid) / static_cast<double>(*vapour) - 1);
 }
 
-// Two phases in a share that counts, or two liquids.
-bool two_phases(const FlashResult& result) {
-  if (!result.ok) return false;
-  if (result.second_liquid) return true;
-  const double share = static_cast<double>(result.vapour_fraction);
-  return result.vapour && result.liquid && share > kLeastShare && share < 1 - kLeastShare;
-}
-
 // The lighter and the heavier phase of a flash with two.
 struct PhasePair {
   const PhaseResult* light;
@@ -78,6 +68,13 @@ PhasePair pair_of(const FlashResult& result) {
 bool stable(const EnvelopePoint& point) { return point.message.empty(); }
 
 }  // namespace
+
+bool two_phases(const FlashResult& result) {
+  if (!result.ok) return false;
+  if (result.second_liquid) return true;
+  const double share = static_cast<double>(result.vapour_fraction);
+  return result.vapour && result.liquid && share > kLeastShare && share < 1 - kLeastShare;
+}
 
 double density_excess(const EnvelopePoint& point) {
   return excess(point.vapour_density, point.liquid_density);
@@ -128,6 +125,7 @@ void LineTracer::follow() {
   while (step()) {
     if (points_.size() < most) continue;
     failure_ = failed(end(), "the line goes on, but has too many points");
+    too_many_ = true;
     return;
   }
 }
@@ -267,7 +265,8 @@ double LineTracer::bend_on_paper(const Place& next) const {
 
 bool LineTracer::leaves_range(const Place& at) {
   open_ = pressure(at) > kHighestPressure || temperature(at) > kHighestTemperature;
-  return open_ || pressure(at) < kLowestShare * options_.from_P_bar || !(at.x > 0);
+  came_down_ = !open_ && (pressure(at) < kLowestShare * options_.from_P_bar || !(at.x > 0));
+  return open_ || came_down_;
 }
 
 // One point further, with shorter steps where it is not found or the line turns much; false at the end of the line.
@@ -376,11 +375,15 @@ EnvelopePoint LineTracer::edge(const Place& middle, const Place& way, double len
   point.method = kEdge;
   point.vapour_density = density(*pair.light);
   point.liquid_density = density(*pair.heavy);
-  // The phase that vanishes tells the line.
-  const bool heavy_vanishes = pair.heavy->fraction < pair.light->fraction;
-  if (heavy_vanishes != dew())
+  if (!on_this_line(phases))
     return failed(middle, "the edge of the two-phase region belongs to the other line");
   return point;
+}
+
+// Two phases next to the edge of their region: the one that vanishes tells the line.
+bool LineTracer::on_this_line(const FlashResult& phases) const {
+  const PhasePair pair = pair_of(phases);
+  return (pair.heavy->fraction < pair.light->fraction) == dew();
 }
 
 }  // namespace talix::cli

@@ -12,6 +12,12 @@ double density_excess(const EnvelopePoint& point);
 // Whether the phases of an answer are the same mixture at the same density: the trivial solution.
 bool phases_alike(const FlashResult& result);
 
+// Two phases in a share that counts, or two liquids.
+bool two_phases(const FlashResult& result);
+
+// Below this length a line has come to its end.
+inline constexpr double kShortestStep = 0.0025;
+
 // From low to high pressure and around, up to where nothing more is found.
 class LineTracer {
  public:
@@ -28,6 +34,8 @@ class LineTracer {
   void keep(EnvelopePoint point);
   // Lists what was missing at the end of the line.
   void keep_failure();
+  // Why the line ends where it does, as a sentence without a capital and a full stop: before keep_failure.
+  std::string end_reason();
 
   [[nodiscard]] bool has_heading() const { return path_.size() >= 2; }
   [[nodiscard]] const Place& end() const { return path_.back(); }
@@ -50,11 +58,13 @@ class LineTracer {
   bool start_at_temperature();
   void follow();
   EnvelopePoint edge(const Place& middle, const Place& way, double length, bool& two_liquids);
+  [[nodiscard]] bool on_this_line(const FlashResult& phases) const;
   bool step();
   bool take_back(double length);
   [[nodiscard]] double bounded(double length, const Place& way) const;
   [[nodiscard]] double bend_on_paper(const Place& next) const;
   bool leaves_range(const Place& at);
+  std::string phases_beyond();
 
   EnvelopeLine line_;
   FlashRequest request_;
@@ -70,6 +80,8 @@ class LineTracer {
   double most_bar_ = 0;
   bool open_ = false;
   bool open_at_start_ = false;
+  bool too_many_ = false;   // it goes on, but has too many points
+  bool came_down_ = false;  // to the pressure at which it began
 };
 
 }  // namespace talix::cli

@@ -102,7 +102,9 @@ std::string envelope_table(const FlashRequest& mixture, const Envelope& envelope
     const EnvelopePoint* const end = end_of(*line);
     if (end == nullptr) continue;
     const std::string name = std::string("  The ") + line_name(end->line) + " line ";
-    text += name + "ends at " + decimals(end->T_C, 2) + " C, " + decimals(end->P_bar, 2) + " bar.\n";
+    const std::string& reason = line == &envelope.dew ? envelope.dew_end : envelope.bubble_end;
+    text += name + "ends at " + decimals(end->T_C, 2) + " C, " + decimals(end->P_bar, 2) + " bar" +
+            (reason.empty() ? "" : ": " + reason) + ".\n";
     if (line == &envelope.dew ? envelope.dew_open : envelope.bubble_open)
       text += name + "is open: it goes on beyond the range of the library.\n";
   }
@@ -122,6 +124,8 @@ std::string envelope_json(const FlashRequest& mixture, const Envelope& envelope)
                  {"basis", mixture.basis == Basis::mass ? "mass" : "mole"},
                  {"bubble", line_json(envelope.bubble)},
                  {"dew", line_json(envelope.dew)},
+                 {"bubble_end", envelope.bubble_end},
+                 {"dew_end", envelope.dew_end},
                  {"bubble_open", envelope.bubble_open},
                  {"dew_open", envelope.dew_open}};
   for (const NamedState& state : marked_states(envelope)) {
