@@ -13,18 +13,20 @@ inline constexpr int kMaxOrderedPairs = kMaxComponents * (kMaxComponents - 1);
 struct PairRecord {
   using Table = Mat<R8, kMaxComponents, kMaxComponents>;
 
-  Table TETA0;                         // symmetric interaction parameter [-]
-  Table TETA0T;                        // its temperature term [1/K]
-  Table TETA1;                         // asymmetry term, antisymmetric [-]
-  Table TETA1T;                        // its temperature term [1/K]
-  Table ALFA;                          // NRTL non-randomness
-  Table TAUT0, TAUT1, TAUT2;           // NRTL terms [-], [K], [K2]
-  Table BCPA0, BCPA0T, BCPA1, BCPA1T;  // CPA pair parameters
-  Table BICWS;                         // binary parameter of the A-excess rule, symmetric
-  Table HEN1, HEN2, HEN3, HEN4;        // Henry tables
-  I4 NPAIR;                            // components of the pair routines
-  L4 LTAUX;     // status of the NRTL entry of the last pair was "X", or it had no NRTL data
-  I4 NT0, NT1;  // ordered pairs in the two lists
+  Table TETA0;                // symmetric interaction parameter [-]
+  Table TETA0T;               // its temperature term [1/K]
+  Table TETA1;                // asymmetry term, antisymmetric [-]
+  Table TETA1T;               // its temperature term [1/K]
+  Table ALFA;                 // NRTL non-randomness
+  Table TAUT0, TAUT1, TAUT2;  // NRTL terms [-], [K], [K2]
+  // CPA pair parameters, symmetric: interaction [-] and its temperature term [1/K]; cross association volume [-],
+  // energy [J/mol] and logarithmic temperature term [-].
+  Table BCPA0, BCPA0T, BCPA1, BCPA1T, BCP1TT;
+  Table BICWS;                   // binary parameter of the A-excess rule, symmetric
+  Table HEN1, HEN2, HEN3, HEN4;  // Henry tables
+  I4 NPAIR;                      // components of the pair routines
+  L4 LTAUX;                      // status of the NRTL entry of the last pair was "X", or it had no NRTL data
+  I4 NT0, NT1;                   // ordered pairs in the two lists
   Vec<I4, kMaxOrderedPairs> IT0, JT0;              // pairs with TETA0 or TETA0T, both orders
   Vec<I4, kMaxOrderedPairs> IT1, JT1;              // pairs with TETA1 or TETA1T, both orders
   Mat<I4, kMaxComponents, kMaxComponents> IDELTA;  // 1 when both belong to one family

@@ -6,6 +6,7 @@
 #include "database/directory_record.h"
 #include "database/file_layer.h"
 #include "database/pair_record.h"
+#include "database/srk_variant_record.h"
 #include "engine/error_ring.h"
 #include "engine/model_record.h"
 #include "engine/setup_record.h"
@@ -31,6 +32,7 @@ void reset_engine() {
   reset_component_record();
   reset_pair_record();
   reset_directory_record();
+  reset_srk_variant_record();
   reset_file_record();
 
   reset_eos_caches();

@@ -46,7 +46,7 @@ TEST(BankCheck, SmallBankIsSound) {
 
 TEST(BankCheck, FaultNamesFileRecordOffsetAndField) {
   const std::string fault = faults_after(with_real("TC", -1));
-  EXPECT_NE(fault.find("purezan.out, record 22 (byte offset 21000): TC is -1 K, outside 3 to 2500"),
+  EXPECT_NE(fault.find("purezan.out, record 22 (byte offset 21000): TC is -1 K, outside 3 to 4000"),
             std::string::npos)
       << fault;
 }

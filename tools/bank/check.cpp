@@ -25,8 +25,8 @@ struct Bound {
   double high;
 };
 constexpr auto kBounds = std::to_array<Bound>({
-    {"TC", 3, 2500},     {"PC", 0.1, 200},   {"VC", 0.02, 5},  {"OMEGA", -0.5, 3}, {"RMOLW", 1, 1500},
-    {"ATBP", 1, 1500},   {"TMELT", 0, 1500}, {"RHO", 0, 30},   {"UOPK", 0, 60},    {"HCRAT", 0, 4},
+    {"TC", 3, 4000},     {"PC", 0.1, 200},   {"VC", 0.02, 10}, {"OMEGA", -0.5, 3}, {"RMOLW", 1, 1500},
+    {"ATBP", 1, 2000},   {"TMELT", 0, 1500}, {"RHO", 0, 30},   {"UOPK", 0, 60},    {"HCRAT", 0, 8},
     {"PACHOR", 0, 3000}, {"VLIQ25", 0, 5},   {"SL25", 0, 200}, {"HF", -1e7, 1e7},  {"SOFF", -1e4, 1e4},
     {"GF", -1e7, 1e7},   {"HCD", 0, 1e8},    {"HCW", 0, 1e8},  {"HVAP", 0, 5e5},   {"HFUS", 0, 5e5},
     {"DIPOLE", 0, 20},

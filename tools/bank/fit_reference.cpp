@@ -114,6 +114,13 @@ PressureSource judged(const FitComponent& c, const Correlation& row, int order) 
   }
   const double count = static_cast<double>(points.size());
   s.score = misfit / count + 0.10 * (1.0 - count / grid) + 0.004 * order;
+  // A source that does not boil at the boiling point, or is an estimate, stands back.
+  constexpr double kMostAtBoiling = 0.06, kEstimate = 0.08;
+  if (c.tb > 0.35 * c.tc && !c.sublimes) {
+    const double p = c.tb >= row.tmin && c.tb <= row.tmax ? evaluate(row, c.tb) : wagner_pressure(c, s.wagner, c.tb);
+    s.score += std::fmin(std::fabs(std::log(p / 101325.0)), kMostAtBoiling);
+  }
+  if (row.estimated) s.score += kEstimate;
   return s;
 }
 
@@ -131,9 +138,9 @@ double joined_pressure(const std::vector<PressureSource>& sources, const FitComp
   const double joint = main.row->tmin;
   for (const PressureSource& s : sources) {
     const bool covers = T >= s.row->tmin && joint <= s.row->tmax;
-    if (covers && std::fabs(std::log(evaluate(*s.row, joint) / evaluate(*main.row, joint))) < 0.15) {
-      return evaluate(*s.row, T);
-    }
+    if (!covers) continue;
+    const double scale = evaluate(*main.row, joint) / evaluate(*s.row, joint);  // so that both meet
+    if (std::fabs(std::log(scale)) < 0.15) return scale * evaluate(*s.row, T);
   }
   return std::nan("");
 }
@@ -185,19 +192,12 @@ void saturation_from_relations(const ReferenceTables& t, const FitComponent& c, 
     }
     ref.sat.push_back({T, p, rho, 0.0, h});
   }
-  ref.basis = "correlations";
+  ref.psat_estimated = sources.front().row->estimated;
+  ref.rhol_estimated = ur == nullptr || ur->estimated;
+  ref.hvap_estimated = uh == nullptr || uh->estimated;
+  ref.basis = ref.psat_estimated ? "generalised" : "correlations";
   ref.source = "psat: " + sources.front().row->source + "; density: " +
                (ur != nullptr ? ur->source : std::string("Yamada and Gunn 1973, generalised"));
-}
-
-void saturation_generalised(const FitComponent& c, Reference& ref) {
-  for (int k = 0; k <= 27; ++k) {
-    const double tr = 0.44 + 0.02 * k;
-    ref.sat.push_back({tr * c.tc, c.pc * std::exp(lee_kesler_lnpr(tr, c.omega)),
-                       generalised_liquid_density(c, tr), 0.0, 0.0});
-  }
-  ref.basis = "generalised";
-  ref.source = "Lee and Kesler 1975; Yamada and Gunn 1973";
 }
 
 bool covers(const Correlation& row, double T) { return T >= row.tmin && T <= row.tmax; }
@@ -248,6 +248,7 @@ void ideal_gas(const ReferenceTables& t, const FitComponent& c, Reference& ref) 
   const Correlation* widest = widest_of(rows);
   if (core != nullptr && widest != nullptr) {
     ref.cp_source = core->source;
+    ref.cp_estimated = core->estimated;
     constexpr int kLowPoints = 10;
     constexpr double kKnee = 200.0, kStep = 20.0, kTop = 1500.0;
     const double bottom = std::fmin(150.0, std::fmax(20.0, 0.45 * c.tc));
@@ -322,11 +323,16 @@ bool read_reference(const std::string& data_dir, ReferenceTables& tables, std::s
     c.code.resize(4, ' ');
     c.cas = t.text(i, "cas");
     c.name = t.text(i, "name");
+    c.family = t.text(i, "family");
     c.tc = static_cast<double>(static_cast<float>(t.number(i, "tc_K", 0.0)));
     c.pc = static_cast<double>(static_cast<float>(t.number(i, "pc_Pa", 0.0) * 1e-6)) * 10.0 * 100000.0;
     c.omega = t.number(i, "omega", 0.0);
     c.mw = t.number(i, "mw", 0.0);
     c.vc = t.number(i, "vc_m3_per_mol", 0.0);
+    c.tb = t.number(i, "tb_K", 0.0);
+    c.tm = t.number(i, "tm_K", 0.0);
+    c.hvap_tb = t.number(i, "hvap_tb_J_per_mol", 0.0);
+    c.sublimes = t.text(i, "src_tb").ends_with("^") || (c.tm > 0.0 && c.tb < c.tm);
     // Of the elements only the noble gases and mercury are single atoms.
     for (const char* formula : {"He", "Ne", "Ar", "Kr", "Xe", "Hg"})
       c.monatomic = c.monatomic || t.text(i, "formula") == formula;
@@ -373,10 +379,23 @@ bool read_reference(const std::string& data_dir, ReferenceTables& tables, std::s
       r.tc = t.number(i, "tc_used_K", 0.0);
       r.rank = static_cast<int>(t.number(i, "rank", 0.0));
       r.source = t.text(i, "source");
+      r.estimated = r.source.starts_with("EST") || t.text(i, "flag").find("estimated") != std::string::npos;
       tables.relations[t.text(i, "cas")][t.text(i, "property")].push_back(r);
     }
   }
   return true;
+}
+
+void saturation_generalised(const FitComponent& c, Reference& ref) {
+  ref.sat.clear();
+  for (int k = 0; k <= 27; ++k) {
+    const double tr = 0.44 + 0.02 * k;
+    ref.sat.push_back({tr * c.tc, c.pc * std::exp(lee_kesler_lnpr(tr, c.omega)),
+                       generalised_liquid_density(c, tr), 0.0, 0.0});
+  }
+  ref.psat_estimated = ref.rhol_estimated = true;
+  ref.basis = "generalised";
+  ref.source = "Lee and Kesler 1975; Yamada and Gunn 1973";
 }
 
 Reference reference_of(const ReferenceTables& tables, const FitComponent& c) {
@@ -394,7 +413,6 @@ Reference reference_of(const ReferenceTables& tables, const FitComponent& c) {
     saturation_from_relations(tables, c, ref);
   }
   if (ref.sat.size() < 8) {
-    ref.sat.clear();
     saturation_generalised(c, ref);
   }
   std::sort(ref.sat.begin(), ref.sat.end(), [](const SatPoint& a, const SatPoint& b) { return a.T < b.T; });

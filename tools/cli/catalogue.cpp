@@ -79,7 +79,9 @@ const CatalogueEntry* Catalogue::find(std::string_view key_as_typed) const {
     int number = 0;
     const auto [end, error] = std::from_chars(key.data(), key.data() + key.size(), number);
     if (error != std::errc{}) return nullptr;
-    return first([&](const CatalogueEntry& entry) { return entry.number == number; });
+    // Some codes are digits only; no component has them for its number.
+    if (const auto* const found = first([&](const CatalogueEntry& entry) { return entry.number == number; }))
+      return found;
   }
   const CatalogueEntry* found =
       first([&](const CatalogueEntry& entry) { return same(strip(entry.code), key); });
