@@ -39,7 +39,7 @@ def correlation(equation, coefficients, tmin, tmax, tc, method):
     return row
 
 
-# ---- vapour pressure, liquid density, heat of vaporisation ---------------------------------------------------------
+# ---- vapour pressure, liquid density, heat of vaporisation -------------------------------------------------------
 
 
 def vapour_pressure(tc, pc, tb):
@@ -102,7 +102,7 @@ def liquid_heat_capacity(tc, omega, ideal_gas):
                        "Rowlinson and Bondi on the ideal-gas heat capacity")
 
 
-# ---- group contributions trained on the tables -----------------------------------------------------------------------
+# ---- group contributions trained on the tables -------------------------------------------------------------------
 
 
 def solve(matrix, right):
@@ -226,7 +226,7 @@ def ideal_gas_heat_capacity(values, kind, count):
                        f"{kind} contributions, least squares over {count} compounds of the bank")
 
 
-# ---- combustion ---------------------------------------------------------------------------------------------------------
+# ---- combustion --------------------------------------------------------------------------------------------------
 
 
 def element_entropy(fact):
@@ -257,7 +257,7 @@ def combustion(fact, hf, gf):
     return net, gross, free
 
 
-# ---- normal alkanes ------------------------------------------------------------------------------------------------------
+# ---- normal alkanes ----------------------------------------------------------------------------------------------
 
 
 def alkane_series(alkanes):

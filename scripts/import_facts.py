@@ -13,12 +13,13 @@ import argparse
 import csv
 import io
 import sys
-from collections import Counter, defaultdict
+from collections import Counter
 from pathlib import Path
 
 import facts_estimates as est
 from facts_forms import R, evaluate, number
 from facts_names import interface_name, short_name
+from facts_relations import Relations
 
 COLUMNS = (
     "number code cas name name28 short_name interface_name synonyms formula family isofam C H N O S F Cl Br I other_atoms "
@@ -44,9 +45,6 @@ TABLES = (
      "# Saturated liquid: mu_liq_sat Pa s, k_liq_sat W/(m K), sigma N/m; gas at low density: mu_gas_dilute Pa s, "
      "k_gas_dilute W/(m K). rank 1 is used first; rows that other sources contradict are left out.\n"),
 )
-WRONG = ("outlier", "eos_dev", "bad_tmin")  # flags of rows that better ones contradict
-MEASURED = ("CRC", "NIST", "CAS-CC")  # sources of boiling points that go before a vapour pressure far from them
-GAS_RANGE = ("298", "773")  # in which gas polynomials without a range were checked [K]
 FIRST_SMOOTH, FIRST_SMOOTH_VC = 23, 19  # carbon number from which n-alkanes follow the series
 
 
@@ -81,18 +79,17 @@ class Importer:
         self.hand = read(hand) if hand.exists() else []
         self.equations = {r["cas"]: r for r in read(folder / "reference_fluids.csv")}
         self.point_rows = read(folder / "reference_points.csv")
-        self.relations = defaultdict(list)
-        for name in ("correlations.csv", "correlations_long.csv"):
-            for row in read(folder / name):
-                self.relations[row["cas"], row["property"]].append(row)
         self.order = [r["cas"] for r in self.catalogue]
         self.counts = Counter()
+        rows = [row for name in ("correlations.csv", "correlations_long.csv") for row in read(folder / name)]
+        self.relations = Relations(rows, self.facts, self.hand, self.equations, self.counts)
+        self.chosen = {}
         self.left_out = []
 
     def run(self):
         self.blank()
         self.smooth_alkanes()
-        self.choose_relations()
+        self.chosen = self.relations.choose(self.order, {p: n for _, most, _ in TABLES for p, n in most.items()})
         self.train()
         rows = []
         for entry in self.catalogue:
@@ -116,7 +113,7 @@ class Importer:
                 fact[column] = ""
                 fact[SOURCE_OF.get(column, column)] = ""
 
-    # ---- n-alkanes ----------------------------------------------------------------------------------------------
+    # ---- n-alkanes -----------------------------------------------------------------------------------------------
 
     def smooth_alkanes(self):
         members = {}
@@ -140,75 +137,7 @@ class Importer:
                 self.fill(f, "vc_m3_per_mol", "src_vc", volume, "EST:series")
                 f["zc"] = f"{zc(n):.5g}"
 
-    # ---- correlations -------------------------------------------------------------------------------------------
-
-    def clean(self, cas, prop):
-        """Rows in the order of their rank; those that better ones contradict only where there is nothing else."""
-        rows = sorted(self.relations.get((cas, prop), ()), key=lambda r: int(r["rank"]))
-        if prop == "cp_ig" and sum(est.atoms_of(self.facts[cas]).values()) > 2:
-            # A constant stands in the place of missing coefficients.
-            self.counts["constant heat capacities left out"] += sum(not r["c2"] for r in rows)
-            rows = [r for r in rows if r["c2"]]
-        good = [r for r in rows if not any(w in r["flag"] for w in WRONG)]
-        return good or rows[:1]
-
-    def choose_relations(self):
-        """Keeps the best rows of a property, as copies that may be cut."""
-        barred = [(h["cas"], *h["column"].split(":")[1:], h["value"]) for h in self.hand if h["column"].startswith("without:")]
-        self.chosen = {}
-        for cas in self.order:
-            for _, properties, _ in TABLES:
-                for prop, most in properties.items():
-                    rows = [dict(r) for r in self.clean(cas, prop)
-                            if not any((cas, prop) == b[:2] and b[2] in r["src"] for b in barred)]
-                    for row in rows:
-                        self.bound(cas, prop, row)
-                    if prop == "psat":
-                        rows = self.at_boiling_point(cas, rows)
-                    self.chosen[cas, prop] = rows[:most]
-
-    def at_boiling_point(self, cas, rows):
-        """Vapour pressures that agree with the boiling point. A row that misses 1 atm there by more than 4 % goes where
-        another meets it within 2 %; all go where all miss it by more than 25 % and the boiling point is measured."""
-        fact = self.facts[cas]
-        tb = number(fact["tb_K"])
-        if cas in self.equations or not tb or "^" in fact["src_tb"]:
-            return rows
-        miss = {}
-        for k, row in enumerate(rows):
-            p = evaluate(row, tb) if number(row["tmin_K"]) <= tb <= number(row["tmax_K"]) else None
-            if p:
-                miss[k] = abs(p / 101325 - 1)
-        if miss and min(miss.values()) < 0.02:
-            kept = [row for k, row in enumerate(rows) if miss.get(k, 0) < 0.04]
-            self.counts["vapour pressures dropped for the boiling point"] += len(rows) - len(kept)
-            return kept
-        if miss and min(miss.values()) > 0.25 and fact["src_tb"] in MEASURED:
-            self.counts["vapour pressures dropped for the boiling point"] += len(rows)
-            return []
-        return rows
-
-    def bound(self, cas, prop, row):
-        """Ranges: gas polynomials without one get that of their check; a relation that ends at another critical
-        point than that of the component holds well below it only."""
-        if prop in ("mu_gas_dilute", "k_gas_dilute", "cp_ig") and not row["tmax_K"]:
-            row["tmin_K"], row["tmax_K"] = GAS_RANGE
-        if "SPOLY" in row["equation"] or prop not in ("psat", "rho_liq_sat", "hvap", "sigma") or cas in self.equations:
-            return
-        tc, pc = number(self.facts[cas]["tc_K"]), number(self.facts[cas]["pc_Pa"])
-        own = number(row["c3"]) if row["equation"] == "DIPPR105" else number(row["tc_used_K"])
-        foreign = own > 0 and abs(own / tc - 1) > 0.01
-        tmax = number(row["tmax_K"])
-        if prop == "psat" and tmax > 0.97 * tc:
-            p = evaluate(row, min(tc, tmax))
-            foreign = foreign or (p is not None and tmax >= 0.995 * tc and not 0.92 < p / pc < 1.08)
-        limit = 0.85 * min(own or tc, tc)
-        if foreign and (tmax > limit or not tmax):
-            row["tmax_K"] = f"{limit:.6g}"
-            row["flag"] = ";".join(filter(None, [row["flag"], "end_cut"]))
-            self.counts["relations cut below a foreign critical point"] += 1
-
-    # ---- estimates ----------------------------------------------------------------------------------------------
+    # ---- estimates -----------------------------------------------------------------------------------------------
 
     def cp_at_nodes(self, cas):
         return [self.first_value(cas, "cp_ig", T) for T in est.NODES]
@@ -303,11 +232,13 @@ class Importer:
         return est.T_ROOM, 1e6 / found[0][0], f"volume by {words} contributions"
 
     def heat_capacity(self, fact):
-        for name in ("cp_ig", "cp_ig_short"):
-            found = self.estimators[name].estimate(fact)
-            if found and all(v > 0 for v in found[0]):
-                used = self.estimators[name].groups if found[1] == "groups" else self.estimators[name].atoms
-                return est.ideal_gas_heat_capacity(found[0], "group" if found[1] == "groups" else "element", used.count)
+        features = {"group": est.groups_of(fact), "element": est.elements_of(fact)}
+        for kind, attribute in (("group", "groups"), ("element", "atoms")):
+            for name in ("cp_ig", "cp_ig_short"):
+                scheme = getattr(self.estimators[name], attribute)
+                values = scheme.value(features[kind])
+                if values and all(v > 0 for v in values):
+                    return est.ideal_gas_heat_capacity(values, kind, scheme.count)
         return None
 
     def density(self, cas, T):
@@ -377,7 +308,7 @@ class Importer:
             self.fill(row, "gcomb_J_per_mol", "src_gcomb", burnt[2],
                       "EST:gf" if row["src_gf"].startswith("EST") else "calc:gf", 7)
 
-    # ---- names and hand values ----------------------------------------------------------------------------------
+    # ---- names and hand values -----------------------------------------------------------------------------------
 
     def name(self, rows):
         given = {h["cas"]: h["value"] for h in self.hand if h["column"] == "short_name"}
@@ -396,7 +327,7 @@ class Importer:
             if h["value"] and h["column"] != "short_name" and ":" not in h["column"] and h["cas"] in by_cas:
                 by_cas[h["cas"]][h["column"]] = h["value"]
 
-    # ---- tables -------------------------------------------------------------------------------------------------
+    # ---- tables --------------------------------------------------------------------------------------------------
 
     def relation_rows(self, rows, properties):
         for row in rows:

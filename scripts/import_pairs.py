@@ -12,16 +12,27 @@ import sys
 from pathlib import Path
 
 # Gases whose parameters in water are fitted to Henry constants: CAS number, parameter in the gas phase.
+SOREIDE = "Soreide and Whitson 1992"
+SOAVE = "published lists for the Soave cubic"
 GASES_IN_WATER = {
+    "124-38-9": (0.19, SOREIDE), "7783-06-4": (0.135, SOREIDE), "10024-97-2": (0.19, SOREIDE),
+    "7727-37-9": (0.48, SOREIDE), "7782-44-7": (0.48, SOREIDE), "7440-37-1": (0.48, SOREIDE),
+    "7446-09-5": ("", ""), "630-08-0": (0.48, SOREIDE), "463-58-1": (0.19, SOREIDE), "1333-74-0": (0.48, SOREIDE),
+    "10102-43-9": (0.48, SOREIDE), "74-82-8": (0.5, SOAVE), "74-84-0": (0.5, SOAVE), "74-98-6": (0.53, SOAVE),
+    "106-97-8": (0.52, SOAVE), "75-28-5": (0.52, SOAVE),
+}
+WATER = {
     "124-38-9": 0.19, "7783-06-4": 0.135, "10024-97-2": 0.19, "7727-37-9": 0.48, "7782-44-7": 0.48,
     "7440-37-1": 0.48, "7446-09-5": None, "630-08-0": 0.48, "463-58-1": 0.19, "1333-74-0": 0.48,
-    "7440-59-7": 0.48, "10102-43-9": 0.48,
+    "10102-43-9": 0.48,
 }
 WATER = "7732-18-5"
 # Parameters that belong to a cubic with quantum corrections and not to the plain one.
 OTHER_EQUATIONS = {"doi:10.1016/j.fluid.2020.112790"}
 # Best source of a Henry constant first.
 HENRY_ORDER = ("Klauda", "correlations", "Sander")
+# Two-term forms hold near 298 K only, and a form with a heat of solution that rises with temperature is left aside.
+LEFT_ASIDE = {("75-28-5", "Klauda")}
 # Largest size of an NRTL tau from 273 to 423 K that can belong to a liquid mixture.
 LARGEST_TAU = 25.0
 
@@ -121,21 +132,22 @@ def published(facts, data, components):
 def henry(facts, data, components):
     rows = []
     table = [r for r in read(facts / "chain/henry.csv") if r["solvent_cas"] == WATER and r["status"] == "ok"]
-    for gas, parameter in GASES_IN_WATER.items():
-        found = [r for r in table if r["gas_cas"] == gas]
+    for gas, (parameter, origin) in GASES_IN_WATER.items():
+        found = [r for r in table if r["gas_cas"] == gas
+                 and not any(gas == g and r["source"].startswith(s) for g, s in LEFT_ASIDE)]
         found.sort(key=lambda r: next(i for i, name in enumerate(HENRY_ORDER) if r["source"].startswith(name)))
         best = found[0]
         head, _ = components.pair({"cas1": gas, "cas2": WATER})
         near = best["source"].startswith("Sander")
         rows.append(head | {"gas": components.number[gas], "h1": best["h1"], "h2_K": best["h2_K"], "h3": best["h3"],
                             "h4_1_K": best["h4_per_K"], "tmin_K": 280, "tmax_K": 320 if near else 360,
-                            "gas_phase": "" if parameter is None else parameter, "source": best["source"]})
+                            "gas_phase": parameter, "gas_origin": origin, "source": best["source"]})
     rows.sort(key=lambda r: (r["number1"], r["number2"]))
     write(data / "pair_henry.csv",
           ["Henry constants of gases in water: ln H = h1 + h2/T + h3 ln T + h4 T, H in Pa, fugacity over mole fraction.",
-           "gas_phase: interaction parameter in the gas phase after Soreide and Whitson, Fluid Phase Equilib. 77 (1992) 217.",
-           "Made by scripts/import_pairs.py."],
-          HEAD + ["gas", "h1", "h2_K", "h3", "h4_1_K", "tmin_K", "tmax_K", "gas_phase", "source"], rows)
+           "gas_phase: interaction parameter in the other phase, and where it comes from: Soreide and Whitson, Fluid Phase",
+           "Equilib. 77 (1992) 217, or published lists. Made by scripts/import_pairs.py."],
+          HEAD + ["gas", "h1", "h2_K", "h3", "h4_1_K", "tmin_K", "tmax_K", "gas_phase", "gas_origin", "source"], rows)
 
 
 def plausible(row):

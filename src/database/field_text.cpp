@@ -93,12 +93,16 @@ bool read_real(std::string_view field, int decimals, Real& value) {
   const int at = copy_mantissa(packed, plain, point);
   if (!plain.digits || !read_exponent(packed, at, exponent)) return false;
   if (!point) exponent -= decimals;
-  plain.c[plain.length++] = 'e';
-  const std::to_chars_result written =
-      std::to_chars(plain.c + plain.length, plain.c + sizeof plain.c, exponent);
+  char* last = plain.c + plain.length;
+  if (exponent != 0) {
+    *last++ = 'e';
+    const std::to_chars_result written = std::to_chars(last, plain.c + sizeof plain.c, exponent);
+    if (written.ec != std::errc{}) return false;
+    last = written.ptr;
+  }
   Real read = 0;
-  const std::from_chars_result end = std::from_chars(plain.c, written.ptr, read);
-  if (written.ec != std::errc{} || end.ec != std::errc{} || end.ptr != written.ptr) return false;
+  const std::from_chars_result end = std::from_chars(plain.c, last, read);
+  if (end.ec != std::errc{} || end.ptr != last) return false;
   value = read;
   return true;
 }

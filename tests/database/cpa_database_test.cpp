@@ -116,8 +116,9 @@ TEST_F(CpaDatabase, MissingAndBrokenFiles) {
   for (const std::size_t length : {0UL, 5UL, 200UL, 219UL, 430UL, 437UL, 600UL, 655UL}) {
     write_bytes(folder / "cpapur.dat", whole.substr(0, length));
     const I4 found = read(1, 9);
-    // A file that ends in the heading has no range; one that ends in the record does not hold the component.
-    EXPECT_EQ(found, length < 437 ? status::not_available : status::ok) << length;
+    // A file that ends in the heading has no range, one that ends behind it has no such component, and one that ends
+    // in the record cannot give it.
+    EXPECT_EQ(found, length == 437 ? status::ok : status::not_available) << length;
     EXPECT_EQ(cpa_sets.ASB(1), 0.0) << length;
   }
   write_bytes(folder / "cpapur.dat", whole.substr(0, 656));

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -275,6 +276,32 @@ TEST(BankImport, VapourPressureThatMissesTheBoilingPointGivesWay) {
   ASSERT_EQ(import.run().code, 0);
   const CsvTable t = import.read("saturation_correlations.csv");
   EXPECT_EQ(t.text(import.row_of(t, "psat"), "source"), "near");
+}
+
+TEST(BankImport, BoilingPointThatTwoVapourPressuresMissAlikeIsTheirs) {
+  for (const bool second : {true, false}) {
+    Import import;
+    for (const char* const src : {"one", "two"}) {
+      // 1 atm at 425.5 K instead of 424.2 K.
+      import.relations.push_back({{"cas", "1-11-1"},
+                                  {"property", "psat"},
+                                  {"equation", "ANTOINE_E"},
+                                  {"c1", "21.43"},
+                                  {"c2", "3600"},
+                                  {"c3", "-62"},
+                                  {"tmin_K", "300"},
+                                  {"tmax_K", "450"},
+                                  {"rank", "1"},
+                                  { "src",
+                                    src }});
+      if (!second) break;
+    }
+    ASSERT_EQ(import.run().code, 0);
+    const CsvTable c = import.read("components.csv");
+    EXPECT_EQ(c.text(0, "src_tb"), second ? "calc:psat" : "CRC");
+    EXPECT_NEAR(c.number(0, "tb_K", 0.0), second ? 3600.0 / (21.43 - std::log(101325.0)) + 62.0 : 424.2,
+                0.01);
+  }
 }
 
 TEST(BankImport, HandValuesGoBeforeFacts) {

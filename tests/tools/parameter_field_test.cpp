@@ -32,10 +32,11 @@ TEST(ParameterField, TextsKeepEveryDigit) {
 
 TEST(ParameterField, FiguresThatDoNotFitAreRefused) {
   EXPECT_THROW(exact_text(-123456.789012, 10, 4), BankError);
-  EXPECT_THROW(real_text(1234567, 6), BankError);
-  EXPECT_THROW(real_text(NAN, 10), BankError);
-  EXPECT_THROW(real_text(INFINITY, 10), BankError);
-  EXPECT_THROW(real_text(1e-200, 5), BankError);
+  EXPECT_THROW(real_text(1234567, 6, 4), BankError);
+  EXPECT_THROW(real_text(NAN, 10, 4), BankError);
+  EXPECT_THROW(real_text(INFINITY, 10, 4), BankError);
+  EXPECT_EQ(real_text(1e-200, 5, 4), "   0.");
+  EXPECT_EQ(real_text(-0.00219, 6, 4), "-.0022");
   EXPECT_THROW(integer_text(12345, 4), BankError);
   EXPECT_EQ(integer_text(1234, 4), "1234");
   EXPECT_EQ(padded_text("abc", 5), "abc  ");
@@ -43,11 +44,11 @@ TEST(ParameterField, FiguresThatDoNotFitAreRefused) {
 }
 
 TEST(ParameterField, RoundedFiguresHoldWhatTheColumnsHold) {
-  EXPECT_EQ(real_text(647.096, 6), "647.10");
-  EXPECT_EQ(real_text(45.98999977, 6), " 45.99");
-  EXPECT_EQ(real_text(5.1953, 6), "5.1953");
-  EXPECT_EQ(real_text(1.0 / 3.0, 13), ".333333333333");
-  EXPECT_EQ(real_text(-1.0 / 3.0, 13), "-.33333333333");
+  EXPECT_EQ(real_text(647.096, 6, 2), " 647.1");
+  EXPECT_EQ(real_text(45.98999977, 6, 2), " 45.99");
+  EXPECT_EQ(real_text(5.1953, 6, 4), "5.1953");
+  EXPECT_EQ(real_text(1.0 / 3.0, 13, 6), ".333333333333");
+  EXPECT_EQ(real_text(-1.0 / 3.0, 13, 6), "-.33333333333");
 }
 
 TEST(ParameterField, EveryFigureIsReadBack) {
@@ -56,9 +57,9 @@ TEST(ParameterField, EveryFigureIsReadBack) {
   std::uniform_int_distribution<int> exponent(-6, 5);
   for (int k = 0; k < 20000; ++k) {
     // Figures of at most six digits, as tables have them.
-    const double value = std::round(mantissa(random) * 1e6) * std::pow(10.0, -6);
-    const double scaled = std::stod(std::to_string(value)) * std::pow(10.0, exponent(random));
-    const std::string text = real_text(scaled, 13);
+    const double value = std::stod(std::to_string(mantissa(random)));
+    const double scaled = value * std::pow(10.0, exponent(random));
+    const std::string text = real_text(scaled, 13, 6);
     ASSERT_EQ(text.size(), 13U);
     ASSERT_NEAR(read_back(text, 6), scaled, 1e-7 * std::abs(scaled)) << text;
     ASSERT_EQ(read_back(exact_text(value, 10, 4), 4), value);

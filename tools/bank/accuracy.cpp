@@ -7,6 +7,7 @@
 #include "bank/accuracy_lines.h"
 #include "bank/accuracy_transport.h"
 #include "bank/accuracy_transport_phases.h"
+#include "bank/pair_accuracy.h"
 #include "bank/tables.h"
 
 namespace talix::bank {
@@ -163,6 +164,7 @@ std::vector<std::string> write_accuracy_report(const Bank& bank, const std::file
   write_saturation(out, lines);
   write_gases(out, lines);
   write_zones(out, lines);
+  write_pair_report(out, bank, data_dir);
   write_transport_report(out, bank, data_dir);
   write_phase_transport(out, bank, golden_dir);
   write_notes(out);

@@ -283,7 +283,7 @@ class TemporaryBank {
 }  // namespace
 
 std::string figure(const char* format, double value) {
-  char out[40];
+  char out[160];
   std::snprintf(out, sizeof out, format, value);
   return out;
 }

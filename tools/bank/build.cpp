@@ -391,6 +391,8 @@ BuildResult compile_bank(const std::filesystem::path& data_dir) {
     result.bank.directory.push_back({right_justified(number), used ? codes.at(number) : "    "});
   }
   result.bank.pairs = read_pair_records(SourceTable::read(data_dir / "pairs.csv"), codes);
+  if (std::filesystem::exists(data_dir / "nrtl.csv"))
+    add_activity_sets(result.bank.pairs, SourceTable::read(data_dir / "nrtl.csv"), codes);
   if (result.bank.pairs.size() > kMostPairs)
     throw BankError("pairs.csv: more pairs than the directory holds");
   add_hydrate_formers(result.bank, data_dir);

@@ -60,7 +60,7 @@ struct Bound {
 
 std::array<Bound, NX> bounds_of(Quantum kind) {
   const double level = tabulated_level(kind), a = 4.934 * level;
-  std::array<Bound, NX> b = {{{0.72 * a, 1.10 * a},
+  std::array<Bound, NX> b = {{{0.60 * a, 1.10 * a},
                               {0.02, 8.0},
                               {0.0, 4.0},
                               {-4.0, 4.2},
@@ -70,7 +70,7 @@ std::array<Bound, NX> bounds_of(Quantum kind) {
                               {-0.6, 0.6},
                               {-1.0, 4.2},
                               {0.5, 3.5},
-                              {0.68 * a, 1.12 * a},
+                              {0.55 * a, 1.12 * a},
                               {-60.0, 250.0},
                               {-250.0, 120.0},
                               {-0.9, 600.0},
@@ -176,7 +176,9 @@ X start_of(const FitComponent& c, Quantum kind, double width_factor, double bend
   x[B_WIDTH] = std::log(std::max(g[7], 0.5) * width_factor);
   x[B_BEND] = g[8] + bend_shift;
   x[P11] = 4.934 * level;
-  const double w = std::max(c.omega, 0.0);
+  // For large acentric factors the general curve rises behind the critical point; no start for a curve that falls.
+  constexpr double kLargest = 0.4;
+  const double w = std::clamp(c.omega, 0.0, kLargest);
   x[P12] = 19.696 * w + 0.18902;
   x[P13] = -25.016 * w - 0.72032;
   x[P14] = 45.547 * w + 1.2889;
@@ -281,10 +283,15 @@ Verdict judge(const FitComponent& c, const Reference& ref, const Curves& curves)
   double last = 1e9;
   for (double u = 0.3; u < top; u *= 1.01) {
     const AB ab = curves_at(curves, u, false);
-    const bool sound =
-        ab.B > 0.008 && ab.B < 0.20 && ab.A > 0.001 && (last < 0.01 || ab.A <= last * (1.0 + 1e-6));
-    if (!sound) {
-      v.fault = with_figure("a or b not sound at %.0f K", u * c.tc);
+    const char* what = nullptr;
+    if (!(ab.A > 0.001))
+      what = "a at its floor at %.0f K";
+    else if (!(last < 0.01 || ab.A <= last * (1.0 + 1e-6)))
+      what = "a rises at %.0f K";
+    else if (!(ab.B > 0.008 && ab.B < 0.20))
+      what = "b out of bounds at %.0f K";
+    if (what != nullptr) {
+      v.fault = with_figure(what, u * c.tc);
       return v;
     }
     last = ab.A;

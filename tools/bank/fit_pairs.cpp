@@ -83,7 +83,7 @@ PairRow from_henry(const PairFit& fit, const HenryConstant& henry) {
   row.basis = text("Henry constants in water, %.0f to %.0f K, within %.1f %%", fit.tmin, fit.tmax, fit.worst);
   if (fit.points > 0) row.basis += text(", and %d measured points, mean deviation %.1f %%", fit.points, fit.mean);
   row.basis += " (" + name.substr(0, name.find_last_not_of(' ') + 1) + ")";
-  if (henry.gas_phase) row.basis += text(", %.3g in the gas after Soreide and Whitson 1992", *henry.gas_phase);
+  if (henry.gas_phase) row.basis += text(", %.3g in the gas after ", *henry.gas_phase) + henry.gas_origin;
   set_status(row);
   return row;
 }
@@ -157,6 +157,7 @@ bool write_rows(const std::string& path, const std::map<PairNumbers, PairRow>& r
   return !failed;
 }
 
+// Components by number: those of the bank, and texts of all of the table.
 struct Components {
   std::map<int, PairComponent> data;
   std::map<int, std::string> codes;
@@ -165,15 +166,16 @@ struct Components {
 
 Components read_components(const std::string& data_dir) {
   Components c;
+  const SourceTable table = SourceTable::read(std::filesystem::path(data_dir) / "components.csv");
+  for (std::size_t row = 0; row < table.rows(); ++row) {
+    const int number = table.integer(row, "number", 2, kHighestNumber);
+    c.codes[number] = table.text(row, "code");
+    c.names[number] = table.text(row, "name");
+  }
   for (const PureRecord& record : compile_bank(data_dir).bank.pure) {
     if (is_unused(record)) continue;
     const PairComponent component = pair_component(record);
-    if (component.number < 2) continue;
-    c.data[component.number] = component;
-    c.codes[component.number] = record.text(pure_field("ICS").cell, pure_field("ICS").cells);
-    std::string name = record.text(pure_field("CIUPAC").cell, pure_field("CIUPAC").cells);
-    name.erase(name.find_last_not_of(' ') + 1);
-    c.names[component.number] = name;
+    if (component.number >= 2) c.data[component.number] = component;
   }
   return c;
 }
@@ -184,7 +186,13 @@ std::map<PairNumbers, PairRow> fit_all(const PairSources& sources, const Compone
   for (const auto& entry : sources.points) wanted.insert(entry.first);
   for (const auto& entry : sources.henry) wanted.insert(entry.first);
   for (const auto& entry : sources.published) wanted.insert(entry.first);
-  const std::vector<PairNumbers> tasks(wanted.begin(), wanted.end());
+  // A component that the bank leaves out for want of curves has no pairs.
+  const auto absent = [&](const PairNumbers& n) {
+    return components.data.find(n.first) == components.data.end() ||
+           components.data.find(n.second) == components.data.end();
+  };
+  std::vector<PairNumbers> tasks(wanted.begin(), wanted.end());
+  std::erase_if(tasks, absent);
   std::vector<PairRow> results(tasks.size());
   FitProgress progress(tasks.size(), 0, options.silent);
   std::atomic<std::size_t> next{0};

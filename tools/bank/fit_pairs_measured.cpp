@@ -12,10 +12,12 @@ namespace {
 
 constexpr double kCap = 0.7;              // largest deviation that counts, and that of a point without a state
 constexpr double kVapourWeight = 2.5;     // 0.02 in the vapour composition counts as 5 % in pressure
-constexpr double kShortestRange = 30.0;   // for a temperature term [K]
+constexpr double kShortestRange = 40.0;   // for a temperature term [K]
 constexpr int kFewest = 8;                // points for a second parameter
-constexpr double kSteepest = 0.0015;      // temperature term [1/K]
-constexpr double kSlopeGain = 0.90;       // of the deviations that a temperature term may leave
+constexpr double kSteepest = 0.0006;      // temperature term [1/K]
+constexpr double kSteepestGas = 0.0015;   // the same with a gas that is always far above its critical temperature
+constexpr double kCold = 50.0;            // critical temperature of such a gas [K]
+constexpr double kSlopeGain = 0.85;       // of the deviations that a temperature term may leave
 constexpr double kTurnGain = 0.95;        // the same for points left out in turn
 constexpr double kAsymmetryGain = 0.75;   // that the term in composition may leave
 
@@ -37,11 +39,20 @@ double objective(PairEquation& equation, const PairParameters& k, const std::vec
 
 using Chosen = std::vector<const PairPoint*>;
 
+// Points that a fit may see: measured ones, and computed ones at temperatures that no measurement covers.
 Chosen points_of_fit(const std::vector<PairPoint>& points) {
+  constexpr double kBeyond = 2.0;  // [K]
+  double low = 1e9, high = 0.0;
+  for (const PairPoint& p : points) {
+    if (!p.measured || p.doubtful) continue;
+    low = std::min(low, p.T);
+    high = std::max(high, p.T);
+  }
   Chosen chosen;
-  const bool measured = std::any_of(points.begin(), points.end(), [](const PairPoint& p) { return p.measured; });
-  for (const PairPoint& p : points)
-    if (p.measured == measured && !p.kept_out && !p.doubtful) chosen.push_back(&p);
+  for (const PairPoint& p : points) {
+    const bool missing = p.T < low - kBeyond || p.T > high + kBeyond;
+    if ((p.measured || missing) && !p.kept_out && !p.doubtful) chosen.push_back(&p);
+  }
   return chosen;
 }
 
@@ -49,6 +60,7 @@ Chosen points_of_fit(const std::vector<PairPoint>& points) {
 struct Shape {
   bool slope;
   bool odd;
+  double steepest;  // largest temperature term [1/K]
 };
 
 // The parameters from the values at both ends of the temperature range and the part of the composition.
@@ -78,7 +90,7 @@ PairParameters search(PairEquation& equation, const Chosen& points, const Shape&
   }
   const auto f = [&](const std::vector<double>& v) {
     const PairParameters k = unpack(v, shape, tmin, tmax);
-    const double steep = std::max(0.0, std::fabs(k.t0t) - kSteepest) * 1e4;
+    const double steep = std::max(0.0, std::fabs(k.t0t) - shape.steepest) * 1e4;
     return objective(equation, k, points) + steep;
   };
   return unpack(simplex_search(f, start, step), shape, tmin, tmax);
@@ -150,12 +162,14 @@ PairFit fit_points(const PairComponent& first, const PairComponent& second, cons
   fit.k.t0 = golden_search(constant, -0.4, 0.6, 25);
   double least = constant(fit.k.t0);
 
-  Shape shape{false, false};
+  const double steepest = std::min(first.tc, second.tc) < kCold ? kSteepestGas : kSteepest;
+  Shape shape{false, false, steepest};
   const bool enough = static_cast<int>(chosen.size()) >= kFewest;
   const auto try_shape = [&](const Shape& wider, double gain) {
     const PairParameters k = search(equation, chosen, wider, fit.k, fit.tmin, fit.tmax);
     const double value = objective(equation, k, chosen);
-    if (value > gain * least) return;
+    // A temperature term at its bound follows the scatter of a short range.
+    if (value > gain * least || std::fabs(k.t0t) > 0.98 * steepest) return;
     if (in_turn(equation, chosen, wider, fit.k, fit.tmin, fit.tmax) >
         kTurnGain * in_turn(equation, chosen, shape, fit.k, fit.tmin, fit.tmax))
       return;
@@ -163,8 +177,8 @@ PairFit fit_points(const PairComponent& first, const PairComponent& second, cons
     fit.k = k;
     least = value;
   };
-  if (enough && asymmetric && first.family != second.family) try_shape({false, true}, kAsymmetryGain);
-  if (enough && fit.tmax - fit.tmin >= kShortestRange) try_shape({true, shape.odd}, kSlopeGain);
+  if (enough && asymmetric && first.family != second.family) try_shape({false, true, steepest}, kAsymmetryGain);
+  if (enough && fit.tmax - fit.tmin >= kShortestRange) try_shape({true, shape.odd, steepest}, kSlopeGain);
   fit.k = rounded(fit.k);
   describe(equation, chosen, fit);
   fit.ok = true;
@@ -217,7 +231,7 @@ PairFit fit_henry(const PairComponent& first, const PairComponent& second, const
     const double of_henry = deviations(k, worst);
     return chosen.empty() ? of_henry : of_henry + objective(equation, k, chosen);
   };
-  const double level = golden_search([&](double t) { return f({t, t}); }, -1.4, 0.4, 36);
+  const double level = golden_search([&](double t) { return f({t, t}); }, -4.0, 0.4, 88);
   fit.k = rounded(unpacked(simplex_search(f, {level - 0.03, level + 0.03}, {0.02, 0.03})));
   describe(equation, chosen, fit);
   double worst = 0.0;

@@ -16,6 +16,7 @@ struct HenryConstant {
   double h1 = 0.0, h2 = 0.0, h3 = 0.0, h4 = 0.0;
   double tmin = 0.0, tmax = 0.0;    // [K]
   std::optional<double> gas_phase;  // interaction parameter of the gas phase [-]
+  std::string gas_origin;           // of the latter
   std::string source;
 };
 
@@ -30,8 +31,9 @@ struct PairFit {
   double tmin = 0.0, tmax = 0.0;  // of the points in the fit [K]
 };
 
-// Fits the points that are neither kept out nor doubtful, measured ones where there are any. A temperature term comes
-// in where it takes a tenth off the deviations and serves the points left out in turn as well; the term in composition
+// Fits the points that are neither kept out nor doubtful: measured ones, and computed ones at temperatures that no
+// measurement covers. A temperature term comes
+// in where it takes a seventh off the deviations and serves the points left out in turn as well; the term in composition
 // only with ASYMMETRIC, where it takes off a quarter.
 PairFit fit_points(const PairComponent& first, const PairComponent& second, const std::vector<PairPoint>& points,
                    bool asymmetric);

@@ -20,6 +20,7 @@ HenryConstant read_henry(const SourceTable& table, std::size_t row, const PairNu
   h.tmin = table.required(row, "tmin_K", {"K", 200, 700});
   h.tmax = table.required(row, "tmax_K", {"K", h.tmin + 20, 700});
   h.gas_phase = table.number(row, "gas_phase", {"-", -1, 1});
+  h.gas_origin = table.text(row, "gas_origin");
   h.source = table.text(row, "source");
   return h;
 }

@@ -321,7 +321,7 @@ void shape_residuals(const Problem& pb, const double* x, const Curves& cv, std::
     r.push_back(hinge(ab.A1 * (1.0 - y) + 1e-4) / 0.001);
   }
   // Across the zone a falls by about an eighth.
-  r.push_back((hinge(cv.AALIM / cv.AAC - 0.92) + hinge(0.75 - cv.AALIM / cv.AAC)) / 0.01);
+  r.push_back((hinge(cv.AALIM / cv.AAC - 0.92) + hinge(0.75 - cv.AALIM / cv.AAC)) / 0.003);
   // Behind the zone: a falls ever more slowly, or heat capacity and speed of sound go astray.
   for (const double u : {1.1, 1.13, 1.17, 1.25}) {
     const AB ab = curves_at(cv, u * 1.000001, true);
@@ -367,10 +367,11 @@ Aims aims_of(const FitComponent& c, const Reference& ref) {
     aims.near = {10.0, 5.0, 2.0};
     aims.thermal *= 0.7;
   }
+  if (is(" 1P ")) aims.gas_low = 0.58;
   if (is("CO2 ") || is("AR  ")) {
-    aims.psat = 0.5;
-    aims.rhol = 0.7;
-    aims.gas_low = 0.3;
+    aims.psat = is("CO2 ") ? 0.7 : 0.5;
+    aims.rhol = is("CO2 ") ? 1.2 : 0.7;
+    aims.gas_low = is("CO2 ") ? 0.25 : 0.3;
     aims.near = {3.0, 2.0, 1.0};
   }
   return aims;

@@ -74,9 +74,9 @@ bool newton(const PairPhases& source, double T, double x, const Residual& r, Gue
   return true;
 }
 
+// A dense gas can have a smaller compressibility than the liquid: only equal phases are none.
 bool apart(double x, double y, const Residual& r) {
-  const bool density = r.vapour.Z > r.liquid.Z * (1.0 + kSamePhase);
-  return density && (std::fabs(y - x) > kSamePhase * x * (1.0 - x) || r.vapour.Z > 1.2 * r.liquid.Z);
+  return std::fabs(r.vapour.Z - r.liquid.Z) > kSamePhase * r.liquid.Z || std::fabs(y - x) > kSamePhase * x * (1.0 - x);
 }
 
 // Search from a guess; the guess is left at the solution.

@@ -71,7 +71,8 @@ PairEquation::Pure PairEquation::pure(const PairComponent& c, double T) const {
   const double RTc = GAS_CONSTANT * c.tc;
   if (cubic_ == PairCubic::bank) {
     const AB ab = curves_at(c.curves, T / c.tc, false);
-    return {ab.A * RTc * RTc / c.pc, ab.B * RTc / c.pc};
+    // The library's a is over RT.
+    return {ab.A * RTc * GAS_CONSTANT * T / c.pc, ab.B * RTc / c.pc};
   }
   const bool soave = cubic_ == PairCubic::soave;
   const double w = c.omega;

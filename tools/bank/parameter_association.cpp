@@ -69,7 +69,7 @@ ByCas read_sets(const std::filesystem::path& data_dir, std::span<const Parameter
 template <std::size_t N>
 std::string record(int key, const std::array<double, N>& values) {
   std::string text = integer_text(key, kHeaderWidth);
-  for (const double value : values) text += " " + real_text(value, kWidth);
+  for (const double value : values) text += " " + real_text(value, kWidth, 6);
   return text;
 }
 

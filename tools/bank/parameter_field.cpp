@@ -1,5 +1,6 @@
 #include "bank/parameter_field.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -12,7 +13,8 @@ namespace talix::bank {
 
 namespace {
 
-constexpr int kMostDigits = 17;  // that a double holds
+constexpr int kMostDigits = 17;        // that a double holds
+constexpr double kLargestLoss = 1e-3;  // of a rounded figure, relative
 
 // Gives the text a decimal point and drops a zero in front of it that is not needed.
 std::string with_point(std::string text, std::size_t width) {
@@ -50,7 +52,7 @@ std::string best_text(double value, int width, double& error) {
     const std::string text = with_point(converted(value, format, precision), columns);
     if (text.empty() || text.size() > columns) return;
     const double miss = std::abs(number(text) - value);
-    if (miss < error) {
+    if (miss < error || (miss == error && text.size() < best.size())) {
       error = miss;
       best = text;
     }
@@ -90,11 +92,11 @@ std::string justified(const std::string& text, int width) {
 
 }  // namespace
 
-std::string real_text(double value, int width) {
+std::string real_text(double value, int width, int decimals) {
   double error = 0;
   const std::string text = std::isfinite(value) ? best_text(value, width, error) : std::string();
-  // A number that is not 0 must not be written as one.
-  if (text.empty() || (value != 0 && number(text) == 0)) too_wide(value, width);
+  const double allowed = std::max(kLargestLoss * std::abs(value), 0.51 * std::pow(10.0, -decimals));
+  if (text.empty() || error > allowed) too_wide(value, width);
   return justified(text, width);
 }
 

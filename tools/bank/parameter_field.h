@@ -7,8 +7,9 @@
 namespace talix::bank {
 
 // A real in WIDTH columns, right-justified, with a decimal point, so that a reader takes its decimals as they are:
-// as many digits as the columns hold. Throws BankError where not even one fits.
-std::string real_text(double value, int width);
+// as many digits as the columns hold. Throws BankError where these are fewer than three digits and fewer than DECIMALS
+// decimals.
+std::string real_text(double value, int width, int decimals);
 // The same for a published figure, of which no digit is lost. Where the columns are too few for a decimal point it is
 // left out, with the exponent behind its sign alone; a reader takes the last DECIMALS digits as decimals then. Throws
 // BankError where that does not fit either.

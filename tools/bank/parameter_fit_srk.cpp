@@ -123,7 +123,7 @@ Squares sums(const std::vector<Point>& points, double m) {
 double omega_of(double m) { return (1.57 - std::sqrt(1.57 * 1.57 - 4 * 0.176 * (m - 0.48))) / (2 * 0.176); }
 
 // What a column of the file holds of a figure.
-double written(double value) { return std::stod(real_text(value, 6)); }
+double written(double value, int decimals) { return std::stod(real_text(value, 6, decimals)); }
 
 // A better acentric factor for the set, where its own does not go with the vapour pressure.
 void fit_omega(PolarFit& fit, const std::vector<Point>& points) {
@@ -132,7 +132,7 @@ void fit_omega(PolarFit& fit, const std::vector<Point>& points) {
   const double step = (q.sy * q.xx - q.xy * q.sx) / (q.ss * q.xx - q.sx * q.sx);
   const double omega = omega_of(m + step);
   if (!std::isfinite(omega)) return;
-  fit.omega = written(omega);
+  fit.omega = written(omega, 4);
   fit.own_omega = true;
 }
 
@@ -140,9 +140,9 @@ PolarFit fit_component(const ParameterComponent& component, const std::vector<Sa
   PolarFit fit{};
   fit.number = component.number;
   fit.code = component.code;
-  fit.tc = written(component.tc);
-  fit.pc = written(component.pc);
-  fit.omega = written(component.omega);
+  fit.tc = written(component.tc, 2);
+  fit.pc = written(component.pc, 2);
+  fit.omega = written(component.omega, 4);
   fit.form = kPlain;
   const std::vector<Point> points = reference_points(fit, line);
   fit.points = static_cast<int>(points.size());

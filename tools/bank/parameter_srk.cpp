@@ -55,9 +55,10 @@ struct Polar {
 
 std::string aspen_record(int number, const Polar& set) {
   std::string text = keyed(number);
-  for (const double value : {set.tc, set.pc, set.omega}) text += "   " + real_text(value, 6);
+  text +=
+      "   " + real_text(set.tc, 6, 2) + "   " + real_text(set.pc, 6, 2) + "   " + real_text(set.omega, 6, 4);
   text += " " + integer_text(set.form, 2);
-  for (const double value : {set.p1, 0.0, 0.0}) text += "      " + real_text(value, 7);
+  for (const double value : {set.p1, 0.0, 0.0}) text += "      " + real_text(value, 7, 4);
   return text;
 }
 
@@ -75,13 +76,13 @@ std::string simsci_text(const std::filesystem::path& data_dir, std::span<const P
                simsci_record(component.number, component.name, kTwuAlpha,
                              {exact_text(set.L, 6, 4), exact_text(set.M, 6, 4), exact_text(set.N, 6, 4)}));
     } else {
-      file.add(component.number,
-               simsci_record(component.number, component.name, kSoaveAlpha,
-                             {real_text(soave_slope(component.omega), 6), real_text(0, 6), real_text(0, 6)}));
+      file.add(component.number, simsci_record(component.number, component.name, kSoaveAlpha,
+                                               {real_text(soave_slope(component.omega), 6, 4),
+                                                real_text(0, 6, 4), real_text(0, 6, 4)}));
     }
   }
   records = file.size();
-  const std::string zero = real_text(0, 6);
+  const std::string zero = real_text(0, 6, 4);
   return file.text(simsci_record(kClosingKey, "", kSoaveAlpha, {zero, zero, zero}));
 }
 
