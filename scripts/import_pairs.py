@@ -29,6 +29,8 @@ WATER = {
 WATER = "7732-18-5"
 # Parameters that belong to a cubic with quantum corrections and not to the plain one.
 OTHER_EQUATIONS = {"doi:10.1016/j.fluid.2020.112790"}
+# Points with a misprint beyond doubt: system, T, P. The pressure lies below that of a liquid with far less propane.
+MISPRINTS = {("propane/ethanol", "333.99", "969900")}
 # Best source of a Henry constant first.
 HENRY_ORDER = ("Klauda", "correlations", "Sander")
 # Two-term forms hold near 298 K only, and a form with a heat of solution that rises with temperature is left aside.
@@ -89,7 +91,8 @@ def points(facts, data, components):
             continue
         head, turned = components.pair(row)
         doubt = ""
-        if row["flag"].startswith("suspect"):
+        misprint = (row["system"], row["T_K"], row["P_Pa"]) in MISPRINTS
+        if row["flag"].startswith("suspect") or misprint:
             doubt = "suspect"
         elif row["flag"]:
             doubt = "far"
@@ -100,7 +103,8 @@ def points(facts, data, components):
     write(data / "pair_points.csv",
           ["Vapour-liquid equilibria of pairs: measured points, most of them from the NIST ThermoML archive, and points",
            "computed with GERG-2008. x1, y1: mole fractions of component number1 in liquid and vapour. doubt: suspect is a",
-           "set that disagrees with others, far a point far off a plain cubic. Made by scripts/import_pairs.py."],
+           "set that disagrees with others or a misprint, far a point far off a plain cubic. Made by",
+           "scripts/import_pairs.py."],
           HEAD + ["kind", "type", "T_K", "P_Pa", "x1", "y1", "doubt", "citation"], rows)
 
 

@@ -119,6 +119,7 @@ TEST(Goals, MeansCountPublishedSourcesOnly) {
   reference.line.psat_core = mean(0.1);
   reference.line.rhol_core = mean(0.4);
   reference.line.hvap_core = mean(1.5);
+  reference.line.hvap_form = mean(1.7);
   published.line.basis = "correlations";
   published.line.psat_core = mean(0.3);
   published.line.rhol_core = mean(5.0);
@@ -135,6 +136,7 @@ TEST(Goals, MeansCountPublishedSourcesOnly) {
   EXPECT_EQ(g.reference, 1);
   EXPECT_NEAR(g.psat_reference, 0.1, 1e-12);
   EXPECT_NEAR(g.hvap_reference, 1.5, 1e-12);
+  EXPECT_NEAR(g.hvap_form, 1.7, 1e-12);
   std::ostringstream out;
   write_goals(out, {reference.line, published.line, estimated.line});
   EXPECT_NE(out.str().find("| 2 | 0.200 | 0.5 | held |"), std::string::npos) << out.str();

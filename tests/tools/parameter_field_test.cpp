@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <random>
 
 #include "bank/tables.h"
@@ -33,8 +34,8 @@ TEST(ParameterField, TextsKeepEveryDigit) {
 TEST(ParameterField, FiguresThatDoNotFitAreRefused) {
   EXPECT_THROW(exact_text(-123456.789012, 10, 4), BankError);
   EXPECT_THROW(real_text(1234567, 6, 4), BankError);
-  EXPECT_THROW(real_text(NAN, 10, 4), BankError);
-  EXPECT_THROW(real_text(INFINITY, 10, 4), BankError);
+  EXPECT_THROW(real_text(std::numeric_limits<double>::quiet_NaN(), 10, 4), BankError);
+  EXPECT_THROW(real_text(std::numeric_limits<double>::infinity(), 10, 4), BankError);
   EXPECT_EQ(real_text(1e-200, 5, 4), "   0.");
   EXPECT_EQ(real_text(-0.00219, 6, 4), "-.0022");
   EXPECT_THROW(integer_text(12345, 4), BankError);

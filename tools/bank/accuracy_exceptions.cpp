@@ -13,7 +13,7 @@ namespace {
 constexpr double kBoiling = 0.5;        // K
 constexpr double kHeat = 5.0;           // percent
 constexpr double kFarBoiling = 25.0;    // beyond this no disagreement of sources explains a boiling point [K]
-constexpr double kSourceApart = 0.3;    // from here on a source boils elsewhere than the record [K]
+constexpr double kSourceApart = 0.15;   // from here on a source boils elsewhere than the record [K]
 constexpr double kHeatApart = 3.0;      // from here on two sources of a heat disagree [%]
 constexpr double kVapourApart = 3.0;    // from here on the vapour is too light or too dense [%]
 constexpr double kPressureApart = 1.5;  // from here on the fitted vapour pressure is off its source [%]
@@ -148,6 +148,23 @@ void write_exceptions(std::ostream& out, const std::vector<Finding>& findings, c
   for (const Line& l : lines) {
     const auto it = notes.find(l.component->number);
     if (it != notes.end()) out << "| " << it->first << " | " << l.component->name << " | " << it->second << " |\n";
+  }
+  out << '\n';
+}
+
+void write_listed(std::ostream& out, const std::vector<std::string>& faults, ListedExceptions& listed,
+                  const std::vector<Line>& lines) {
+  out << "## Cells outside their usual range\n\n"
+         "What the check of single records finds and `data/exceptions.csv` lets pass.\n\n"
+         "| number | component | what | reason |\n|---|---|---|---|\n";
+  for (const std::string& fault : faults) {
+    const RecordFault parts = fault_parts(fault);
+    const auto reason = listed.reason(parts.number, parts.what);
+    if (!reason) continue;
+    const auto at = std::find_if(lines.begin(), lines.end(),
+                                 [&](const Line& l) { return l.component->number == parts.number; });
+    out << "| " << parts.number << " | " << (at != lines.end() ? at->component->name : "") << " | " << parts.what
+        << " | " << *reason << " |\n";
   }
   out << '\n';
 }

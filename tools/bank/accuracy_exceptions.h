@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "bank/accuracy_lines.h"
+#include "bank/check_exceptions.h"
 
 namespace talix::bank {
 
@@ -27,5 +28,9 @@ std::vector<Finding> find_exceptions(const std::vector<Line>& lines, const std::
 
 void write_exceptions(std::ostream& out, const std::vector<Finding>& findings, const std::vector<Line>& lines,
                       const std::map<int, std::string>& notes);
+
+// Faults of single records that data/exceptions.csv excuses.
+void write_listed(std::ostream& out, const std::vector<std::string>& faults, ListedExceptions& listed,
+                  const std::vector<Line>& lines);
 
 }  // namespace talix::bank

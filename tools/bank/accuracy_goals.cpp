@@ -101,6 +101,7 @@ GoalFigures goal_figures(const std::vector<Line>& lines) {
   g.psat_reference = mean_of(lines, &Line::psat_core, true, &g.reference);
   g.rhol_reference = mean_of(lines, &Line::rhol_core, true, nullptr);
   g.hvap_reference = mean_of(lines, &Line::hvap_core, true, nullptr);
+  g.hvap_form = mean_of(lines, &Line::hvap_form, true, nullptr);
   return g;
 }
 
@@ -116,7 +117,12 @@ void write_goals(std::ostream& out, const std::vector<Line>& lines) {
   row(out, "liquid density, reference fluids", "0.50 to 0.95", g.reference, g.rhol_reference, kRholReference);
   row(out, "heat of vaporisation, reference fluids", "0.50 to 0.90", g.reference, g.hvap_reference,
       kHvapReference);
-  out << '\n';
+  out << "\nThe heat of vaporisation follows from the volumes and the slope of the vapour pressure. With vapour pressure "
+         "and liquid\ndensity exact at every temperature the form itself would be "
+      << figure("%.2f", g.hvap_form)
+      << " % off on average: it has the vapour of polar fluids too light. What is\nbelow that is bought with the slope of "
+         "the vapour pressure. In trials on 64 of the fluids a heavier weight brought it from\n2.29 to 2.21 and 2.01 %, and "
+         "the vapour pressure from 0.10 to 0.17 and 0.43 %; the bank keeps the vapour pressure.\n\n";
   write_gas_goals(out, lines);
   write_zone_costs(out, lines);
 }

@@ -54,6 +54,29 @@ void compare_saturation(const EngineSet& engine, int i, const Reference& ref, Li
   }
 }
 
+// What the form itself leaves in the heat of vaporisation: a and b that meet vapour pressure and liquid density at each
+// temperature, the slope of the vapour pressure as it is.
+void compare_form(const EngineSet& engine, int i, const Reference& ref, Line& line) {
+  const double tc = engine.critical_temperature(i), pc = engine.critical_pressure(i);
+  const Curves curves = engine.curves(i);
+  for (const SatPoint& s : ref.sat) {
+    const double u = s.T / tc, rt = GAS_CONSTANT * s.T;
+    if (u < 0.4999 || u > 0.9001 || !(s.rhov > 0.0)) continue;
+    std::array<PointSolution, 8> found{};
+    const int n = solve_point(u, s.psat / pc, pc / (s.rhol * GAS_CONSTANT * tc), found);
+    const double b = curves_at(curves, u, false).B;
+    const PointSolution* nearest = nullptr;
+    for (int k = 0; k < n; ++k) {
+      const PointSolution& p = found.at(static_cast<std::size_t>(k));
+      if (nearest == nullptr || std::fabs(p.B - b) < std::fabs(nearest->B - b)) nearest = &p;
+    }
+    Root liquid{}, vapour{};
+    if (nearest == nullptr || outer_roots(nearest->A, nearest->B, u, s.psat / pc, liquid, vapour) != 2) continue;
+    const double right = s.psat / rt * (1.0 / s.rhov - 1.0 / s.rhol);
+    line.hvap_form.add(100.0 * ((vapour.Z - liquid.Z) / right - 1.0));
+  }
+}
+
 void add_to(GasDeviations& d, const GasPoint& g, const EngineState& s) {
   d.rho.add(100.0 * (g.P / (s.Z * GAS_CONSTANT * g.T) / g.rho - 1.0));
   d.cp.add(100.0 * (s.CP / g.cp - 1.0));
@@ -241,6 +264,7 @@ Line compare(const EngineSet& engine, int i, const ReferenceTables& tables, cons
   line.hvap_estimated = ref.hvap_estimated;
   compare_saturation(engine, i, ref, line);
   compare_gas(engine, i, ref, line);
+  if (ref.basis == "equation of state") compare_form(engine, i, ref, line);
   const std::array<double, 8> cp_ig = engine.heat_capacity(i);
   for (const CpPoint& p : ref.cp) line.cp_ig.add(100.0 * (ideal_gas_cp(cp_ig, p.T) / p.cp - 1.0));
   for (const SatPoint& s : ref.sat) {
@@ -253,7 +277,7 @@ Line compare(const EngineSet& engine, int i, const ReferenceTables& tables, cons
   check_curves(engine, i, ref, c, line.faults);
   for (Deviation* d : {&line.psat, &line.rhol, &line.rhov, &line.hvap, &line.hvap_low, &line.near_rho,
                        &line.rho, &line.cp, &line.w, &line.jt, &line.cp_ig, &line.wagner, &line.psat_core,
-                       &line.rhol_core, &line.hvap_core, &line.low.rho, &line.low.cp, &line.low.w,
+                       &line.rhol_core, &line.hvap_core, &line.hvap_form, &line.low.rho, &line.low.cp, &line.low.w,
                        &line.low_open.rho, &line.low_open.cp, &line.low_open.w}) {
     d->finish();
   }

@@ -63,6 +63,7 @@ struct Line {
   Deviation hvap_low;           // heat of vaporisation to 0.90 Tc
   Deviation psat_core, rhol_core;  // 0.50 to 0.95 Tc
   Deviation hvap_core;          // 0.50 to 0.90 Tc
+  Deviation hvap_form;          // the same with vapour pressure and liquid density exact at every temperature
   GasDeviations low;            // gas states up to 100 bar
   GasDeviations low_open;       // of these the ones outside 0.95 to 1.15 Tc
   Deviation near_rho, rho, cp, w;  // above the critical temperature, below and from 1.15 Tc

@@ -14,6 +14,7 @@
 #include "bank/pairs.h"
 #include "bank/parameter_files.h"
 #include "bank/tables.h"
+#include "bank/user_data.h"
 #include "engine/codes.h"
 #include "eos/ssm_pure_generalised.h"
 
@@ -31,9 +32,8 @@ constexpr int kGroupLimit = 161;  // subgroup numbers from here on are no groups
 // A table that other tables refer to by component number. Absent file: an empty index.
 class ByNumber {
  public:
-  explicit ByNumber(const std::filesystem::path& file) {
-    if (!std::filesystem::exists(file)) return;
-    table_ = SourceTable::read(file);
+  explicit ByNumber(const std::optional<SourceTable>& table) : table_(table) {
+    if (!table_) return;
     for (std::size_t row = 0; row < table_->rows(); ++row) {
       const int number = table_->integer(row, "number", 2, kHighestNumber);
       if (!rows_.emplace(number, row).second)
@@ -59,9 +59,8 @@ class ByNumber {
 
 // A table with several rows of a component. Absent file: no rows.
 struct TransportRows {
-  explicit TransportRows(const std::filesystem::path& file) {
-    if (!std::filesystem::exists(file)) return;
-    table = SourceTable::read(file);
+  explicit TransportRows(const std::optional<SourceTable>& source) : table(source) {
+    if (!table) return;
     for (std::size_t row = 0; row < table->rows(); ++row)
       by_number[table->integer(row, "number", 2, kHighestNumber)].push_back(row);
   }
@@ -337,12 +336,30 @@ Curves fill_curves(PureRecord& record, const ByNumber& source, int number, const
 
 }  // namespace
 
+BankSources read_sources(const std::filesystem::path& data_dir) {
+  const auto optional = [&](const char* name) -> std::optional<SourceTable> {
+    if (!std::filesystem::exists(data_dir / name)) return std::nullopt;
+    return SourceTable::read(data_dir / name);
+  };
+  return {.components = SourceTable::read(data_dir / "components.csv"),
+          .pairs = SourceTable::read(data_dir / "pairs.csv"),
+          .curves = optional("curves.csv"),
+          .ideal_gas = optional("ideal_gas.csv"),
+          .vapour_pressure = optional("vapour_pressure.csv"),
+          .transport = optional("transport.csv"),
+          .nrtl = optional("nrtl.csv")};
+}
+
 BuildResult compile_bank(const std::filesystem::path& data_dir) {
-  const SourceTable table = SourceTable::read(data_dir / "components.csv");
-  const ByNumber curves(data_dir / "curves.csv");
-  const ByNumber heat_capacity(data_dir / "ideal_gas.csv");
-  const ByNumber vapour_pressure(data_dir / "vapour_pressure.csv");
-  const TransportRows transport(data_dir / "transport.csv");
+  return compile_bank(read_sources(data_dir), data_dir);
+}
+
+BuildResult compile_bank(const BankSources& sources, const std::filesystem::path& data_dir) {
+  const SourceTable& table = sources.components;
+  const ByNumber curves(sources.curves);
+  const ByNumber heat_capacity(sources.ideal_gas);
+  const ByNumber vapour_pressure(sources.vapour_pressure);
+  const TransportRows transport(sources.transport);
 
   BuildResult result;
   std::map<int, std::string> codes;
@@ -390,9 +407,8 @@ BuildResult compile_bank(const std::filesystem::path& data_dir) {
     result.bank.pure.push_back(used ? found->second : blank_pure_record());
     result.bank.directory.push_back({right_justified(number), used ? codes.at(number) : "    "});
   }
-  result.bank.pairs = read_pair_records(SourceTable::read(data_dir / "pairs.csv"), codes);
-  if (std::filesystem::exists(data_dir / "nrtl.csv"))
-    add_activity_sets(result.bank.pairs, SourceTable::read(data_dir / "nrtl.csv"), codes);
+  result.bank.pairs = read_pair_records(sources.pairs, codes);
+  if (sources.nrtl) add_activity_sets(result.bank.pairs, *sources.nrtl, codes);
   if (result.bank.pairs.size() > kMostPairs)
     throw BankError("pairs.csv: more pairs than the directory holds");
   add_hydrate_formers(result.bank, data_dir);
@@ -411,11 +427,14 @@ std::filesystem::path install_directory(const std::filesystem::path& out_dir) {
 
 int build_main(const BuildOptions& options) {
   try {
-    const BuildResult result = compile_bank(options.data_dir);
+    BankSources sources = read_sources(options.data_dir);
+    const std::vector<std::string> changes = apply_user_tables(sources, options.data_dir, options.with);
+    const BuildResult result = compile_bank(sources, options.data_dir);
     write_bank(options.out_dir, result.bank);
     const std::vector<ParameterFile> parameters =
         write_parameter_files(options.out_dir, options.data_dir, result.bank.pure);
-    write_catalogue(options.data_dir, install_directory(options.out_dir));
+    write_catalogue(sources.components, install_directory(options.out_dir));
+    for (const std::string& change : changes) std::cout << change << '\n';
     for (const std::string& note : result.notes) std::cout << note << '\n';
     std::cout << "wrote " << result.components << " components (" << result.fitted << " with fitted curves, "
               << result.generalised << " from the acentric factor) and " << result.bank.pairs.size()

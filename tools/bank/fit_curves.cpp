@@ -317,17 +317,25 @@ bool wide_enough(const FitComponent& c, const Reference& ref) {
   return ref.sat.size() >= kPoints && ref.sat.back().T - ref.sat.front().T > kSpan * c.tc;
 }
 
-CurveFit fitted(const FitComponent& c, const Reference& ref, const std::array<double, 8>& cp_ig, bool held,
-                double density_deviation = 1.0) {
+// How a fit departs from the full one.
+struct Departure {
+  bool held = false;      // widths and bends of the curves at their general values
+  double density = 1.0;   // factor on the standard deviation of the density
+  double firm = 1.0;      // factor on what keeps a falling
+};
+
+CurveFit fitted(const FitComponent& c, const Reference& ref, const std::array<double, 8>& cp_ig,
+                const Departure& departure) {
   CurveFit fit;
   Problem pb = problem_of(c, ref, cp_ig);
-  pb.held = held;
-  pb.aims.rhol = density_deviation;
+  pb.held = departure.held;
+  pb.aims.rhol = departure.density;
+  pb.firm = departure.firm;
   pointwise(pb);
   const X x = search(pb, fit);
   fit.curves = rounded(curves_of(x.data(), pb.kind));
   fit.basis = ref.basis;
-  fit.constants = held ? NX - 4 : NX;
+  fit.constants = departure.held ? NX - 4 : NX;
   return fit;
 }
 
@@ -335,7 +343,7 @@ CurveFit fitted(const FitComponent& c, const Reference& ref, const std::array<do
 
 CurveFit fit_curves(const FitComponent& c, const Reference& ref, const std::array<double, 8>& cp_ig) {
   const bool wide = wide_enough(c, ref);
-  CurveFit best = fitted(c, ref, cp_ig, !wide);
+  CurveFit best = fitted(c, ref, cp_ig, {.held = !wide});
   if (!wide) best.note = "few saturation data: widths and bends of the curves held at their general values";
   const Verdict first = judge(c, ref, best.curves);
   if (first.fault.empty()) return best;
@@ -353,11 +361,14 @@ CurveFit fit_curves(const FitComponent& c, const Reference& ref, const std::arra
     return v.fault.empty();
   };
   if (first.sound) best.note = "full fit, but " + first.fault;
-  if (wide && better(fitted(c, ref, cp_ig, true), "widths and bends of the curves held at their general values"))
+  constexpr double kFirm = 30.0;
+  if (!first.sound && better(fitted(c, ref, cp_ig, {.held = !wide, .firm = kFirm}), "a held falling")) return best;
+  if (wide && better(fitted(c, ref, cp_ig, {.held = true, .firm = kFirm}),
+                     "widths and bends of the curves held at their general values"))
     return best;
   // The vapour pressure at the price of the density: equilibria rest on it.
   constexpr double kGivenUp = 40.0;  // factor on the standard deviation of the density
-  CurveFit pressure = fitted(c, ref, cp_ig, false, kGivenUp);
+  CurveFit pressure = fitted(c, ref, cp_ig, {.density = kGivenUp, .firm = kFirm});
   const CurveFigures f = figures_of(c, ref, pressure.curves, {});
   if (judge(c, ref, pressure.curves).sound && f.missing == 0 && f.psat.mean < kWorstPressure) {
     pressure.note = "full fit: " + first.fault + with_figure("; liquid density given up, %.0f %% off on average", f.rhol.mean);
@@ -365,7 +376,7 @@ CurveFit fit_curves(const FitComponent& c, const Reference& ref, const std::arra
   }
   Reference general = ref;
   saturation_generalised(c, general);
-  if (better(fitted(c, general, cp_ig, true), "fitted to corresponding states")) return best;
+  if (better(fitted(c, general, cp_ig, {.held = true, .firm = kFirm}), "fitted to corresponding states")) return best;
   CurveFit last;
   last.curves.kind = quantum_of(c.code.c_str());
   last.curves.p = generalised_constants(std::max(c.omega, 0.1045));

@@ -81,7 +81,8 @@ PairRow from_henry(const PairFit& fit, const HenryConstant& henry) {
   row.digits = digits('8', fit.k, grade(fit.worst));
   const std::string name = henry.source.substr(0, henry.source.find_first_of(",("));
   row.basis = text("Henry constants in water, %.0f to %.0f K, within %.1f %%", fit.tmin, fit.tmax, fit.worst);
-  if (fit.points > 0) row.basis += text(", and %d measured points, mean deviation %.1f %%", fit.points, fit.mean);
+  if (fit.points > 0)
+    row.basis += text(", and %d measured points, mean deviation %.1f %%", fit.points, fit.mean);
   row.basis += " (" + name.substr(0, name.find_last_not_of(' ') + 1) + ")";
   if (henry.gas_phase) row.basis += text(", %.3g in the gas after ", *henry.gas_phase) + henry.gas_origin;
   set_status(row);
@@ -94,14 +95,15 @@ PairRow from_published(const PublishedPair& p, const PairComponent& first, const
   const bool gerg = p.basis.find("fitted to GERG") != std::string::npos;
   const char origin = gerg ? '4' : '7';
   const PairTransfer t = transfer(p.cubic, first, second, p.kij);
-  if (t.ok && std::fabs(t.t0 - p.kij) < 0.3) {
+  if (t.ok && p.kij != 0.0) {
     row.k = {t.t0, p.kijt, 0.0, 0.0};
-    row.basis = text("%.5g of %s carried over, %d states, %.0f to %.0f K, to %.1f %%: ", p.kij, cubic, t.states, t.tmin,
-                     t.tmax, t.mean) + p.basis;
+    row.basis = text("%.5g of %s carried over, %d states, %.0f to %.0f K, to %.1f %%: ", p.kij, cubic,
+                     t.states, t.tmin, t.tmax, t.mean) +
+                p.basis;
     row.digits = digits(origin, row.k, '0');
   } else {
     row.k = {p.kij, p.kijt, 0.0, 0.0};
-    row.basis = text("%s value as published, no state to carry it over: ", cubic) + p.basis;
+    row.basis = text("value of %s as published, not carried over: ", cubic) + p.basis;
     row.digits = digits(origin, row.k, '0');
   }
   set_status(row);
@@ -120,8 +122,8 @@ PairRow from_choice(const PairChoice& choice, const std::map<PairNumbers, PairRo
     for (const PairNumbers& like : choice.like) {
       const auto found = rows.find(like);
       if (found == rows.end())
-        throw BankError("pair_choices.csv: pair " + std::to_string(like.first) + "-" + std::to_string(like.second) +
-                        ", to be taken over, has no parameters of its own");
+        throw BankError("pair_choices.csv: pair " + std::to_string(like.first) + "-" +
+                        std::to_string(like.second) + ", to be taken over, has no parameters of its own");
       const PairParameters& k = found->second.k;
       row.k = {row.k.t0 + k.t0 / n, row.k.t0t + k.t0t / n, row.k.t1 + k.t1 / n, row.k.t1t + k.t1t / n};
       row.basis += between + names.at(like.first) + " with " + names.at(like.second);
@@ -146,9 +148,9 @@ bool write_rows(const std::string& path, const std::map<PairNumbers, PairRow>& r
     for (const auto& [n, row] : rows) {
       std::string basis = row.basis;
       std::replace(basis.begin(), basis.end(), '"', '\'');
-      out << n.first << ',' << n.second << ",\"" << codes.at(n.first) << "\",\"" << codes.at(n.second) << "\","
-          << text("%.6g,%.8g,%.6g,%.8g,", row.k.t0, row.k.t0t, row.k.t1, row.k.t1t) << row.status << ','
-          << row.digits << ",\"" << basis << "\"\n";
+      out << n.first << ',' << n.second << ",\"" << codes.at(n.first) << "\",\"" << codes.at(n.second)
+          << "\"," << text("%.6g,%.8g,%.6g,%.8g,", row.k.t0, row.k.t0t, row.k.t1, row.k.t1t) << row.status
+          << ',' << row.digits << ",\"" << basis << "\"\n";
     }
     if (!out.flush()) return false;
   }
@@ -253,7 +255,8 @@ int fit_pairs_main(const PairFitOptions& options) {
     if (options.silent) return 0;
     std::map<char, int> origins;
     for (const auto& entry : rows) ++origins[entry.second.digits[0]];
-    std::fprintf(stderr, "%zu pairs: %d from measured points, %d from GERG-2008, %d carried over, %d chosen\n",
+    std::fprintf(stderr,
+                 "%zu pairs: %d from measured points, %d from GERG-2008, %d carried over, %d chosen\n",
                  rows.size(), origins['8'], origins['9'], origins['7'] + origins['4'], origins['2']);
     return 0;
   } catch (const BankError& error) {

@@ -10,31 +10,37 @@ namespace talix::bank {
 
 namespace {
 
-constexpr double kCap = 0.7;              // largest deviation that counts, and that of a point without a state
-constexpr double kVapourWeight = 2.5;     // 0.02 in the vapour composition counts as 5 % in pressure
-constexpr double kShortestRange = 40.0;   // for a temperature term [K]
-constexpr int kFewest = 8;                // points for a second parameter
-constexpr double kSteepest = 0.0006;      // temperature term [1/K]
-constexpr double kSteepestGas = 0.0015;   // the same with a gas that is always far above its critical temperature
-constexpr double kCold = 50.0;            // critical temperature of such a gas [K]
-constexpr double kSlopeGain = 0.85;       // of the deviations that a temperature term may leave
-constexpr double kTurnGain = 0.95;        // the same for points left out in turn
-constexpr double kAsymmetryGain = 0.75;   // that the term in composition may leave
+constexpr double kCap = 0.7;             // largest deviation that counts, and that of a point without a state
+constexpr double kVapourWeight = 2.5;    // 0.02 in the vapour composition counts as 5 % in pressure
+constexpr double kHighPressure = 2e7;    // above it a point counts less, as its reciprocal [Pa]
+constexpr double kShortestRange = 40.0;  // for a temperature term [K]
+constexpr int kFewest = 8;               // points for a second parameter
+constexpr double kSteepest = 0.0006;     // temperature term [1/K]
+constexpr double kSteepestGas =
+    0.0015;                     // the same with a gas that is always far above its critical temperature
+constexpr double kCold = 50.0;  // critical temperature of such a gas [K]
+constexpr double kFurthestPerSlope = 120.0;  // change at ambient temperatures over the steepest term [K]
+constexpr double kSlopeGain = 0.85;          // of the deviations that a temperature term may leave
+constexpr double kTurnGain = 0.95;           // the same for points left out in turn
+constexpr double kAsymmetryGain = 0.75;      // that the term in composition may leave
 
 // Deviations at a set of points, as one figure.
-double objective(PairEquation& equation, const PairParameters& k, const std::vector<const PairPoint*>& points) {
+double objective(PairEquation& equation, const PairParameters& k,
+                 const std::vector<const PairPoint*>& points) {
   equation.set(k);
-  double sum = 0.0;
+  double sum = 0.0, weights = 0.0;
   for (const PairPoint* p : points) {
     const PointDeviation d = point_deviation(equation, *p);
+    const double weight = std::min(1.0, kHighPressure / p->P);
+    weights += weight;
     if (d.missing) {
-      sum += kCap;
+      sum += weight * kCap;
       continue;
     }
-    if (d.ln_p) sum += std::min(std::fabs(*d.ln_p), kCap);
-    if (d.y) sum += std::min(kVapourWeight * std::fabs(*d.y), kCap);
+    if (d.ln_p) sum += weight * std::min(std::fabs(*d.ln_p), kCap);
+    if (d.y) sum += weight * std::min(kVapourWeight * std::fabs(*d.y), kCap);
   }
-  return sum / static_cast<double>(points.size());
+  return sum / weights;
 }
 
 using Chosen = std::vector<const PairPoint*>;
@@ -77,8 +83,8 @@ PairParameters unpack(const std::vector<double>& v, const Shape& shape, double t
   return k;
 }
 
-PairParameters search(PairEquation& equation, const Chosen& points, const Shape& shape, const PairParameters& from,
-                      double tmin, double tmax) {
+PairParameters search(PairEquation& equation, const Chosen& points, const Shape& shape,
+                      const PairParameters& from, double tmin, double tmax) {
   std::vector<double> start{from.t0 + from.t0t * tmin}, step{0.02};
   if (shape.slope) {
     start.push_back(from.t0 + from.t0t * tmax);
@@ -94,6 +100,16 @@ PairParameters search(PairEquation& equation, const Chosen& points, const Shape&
     return objective(equation, k, points) + steep;
   };
   return unpack(simplex_search(f, start, step), shape, tmin, tmax);
+}
+
+// A temperature term at its bound follows the scatter of a short range; one that leads far from the constant at ambient
+// temperatures, outside its range, would do harm there.
+bool strays(const PairParameters& k, const PairParameters& constant, const Shape& shape) {
+  constexpr double kAmbient[] = {250.0, 350.0};  // [K]
+  if (std::fabs(k.t0t) > 0.98 * shape.steepest) return true;
+  return std::any_of(std::begin(kAmbient), std::end(kAmbient), [&](double T) {
+    return std::fabs(k.t0 + k.t0t * T - constant.t0) > kFurthestPerSlope * shape.steepest;
+  });
 }
 
 // Deviations of points that the fit of the others gives, both halves in turn.
@@ -147,8 +163,8 @@ PointDeviation point_deviation(const PairPhases& source, const PairPoint& point)
   return d;
 }
 
-PairFit fit_points(const PairComponent& first, const PairComponent& second, const std::vector<PairPoint>& points,
-                   bool asymmetric) {
+PairFit fit_points(const PairComponent& first, const PairComponent& second,
+                   const std::vector<PairPoint>& points, bool asymmetric) {
   PairFit fit;
   const Chosen chosen = points_of_fit(points);
   if (chosen.empty()) return fit;
@@ -168,8 +184,7 @@ PairFit fit_points(const PairComponent& first, const PairComponent& second, cons
   const auto try_shape = [&](const Shape& wider, double gain) {
     const PairParameters k = search(equation, chosen, wider, fit.k, fit.tmin, fit.tmax);
     const double value = objective(equation, k, chosen);
-    // A temperature term at its bound follows the scatter of a short range.
-    if (value > gain * least || std::fabs(k.t0t) > 0.98 * steepest) return;
+    if (value > gain * least || (wider.slope && strays(k, fit.k, wider))) return;
     if (in_turn(equation, chosen, wider, fit.k, fit.tmin, fit.tmax) >
         kTurnGain * in_turn(equation, chosen, shape, fit.k, fit.tmin, fit.tmax))
       return;
@@ -177,7 +192,8 @@ PairFit fit_points(const PairComponent& first, const PairComponent& second, cons
     fit.k = k;
     least = value;
   };
-  if (enough && asymmetric && first.family != second.family) try_shape({false, true, steepest}, kAsymmetryGain);
+  if (enough && asymmetric && first.family != second.family)
+    try_shape({false, true, steepest}, kAsymmetryGain);
   if (enough && fit.tmax - fit.tmin >= kShortestRange) try_shape({true, shape.odd, steepest}, kSlopeGain);
   fit.k = rounded(fit.k);
   describe(equation, chosen, fit);
@@ -199,7 +215,8 @@ PairFit fit_henry(const PairComponent& first, const PairComponent& second, const
     const double aqueous = v[0] - slope * henry.tmin;
     if (!henry.gas_phase) return PairParameters{aqueous, slope, 0.0, 0.0};
     const double gas = *henry.gas_phase;
-    return PairParameters{(aqueous + gas) / 2.0, slope / 2.0, sign * (aqueous - gas) / 2.0, sign * slope / 2.0};
+    return PairParameters{(aqueous + gas) / 2.0, slope / 2.0, sign * (aqueous - gas) / 2.0,
+                          sign * slope / 2.0};
   };
   constexpr double kStep = 10.0;  // [K]
   const double water = henry.gas_first ? 0.0 : 1.0;

@@ -24,10 +24,10 @@ struct HenryConstant {
 struct PairFit {
   bool ok = false;
   PairParameters k;
-  int points = 0;          // in the fit
-  int missing = 0;         // of them without a bubble point
-  double mean = 0.0;       // mean deviation of the bubble pressure in the fit [%]
-  double worst = 0.0;      // largest deviation of a Henry constant [%]
+  int points = 0;                 // in the fit
+  int missing = 0;                // of them without a bubble point
+  double mean = 0.0;              // mean deviation of the bubble pressure in the fit [%]
+  double worst = 0.0;             // largest deviation of a Henry constant [%]
   double tmin = 0.0, tmax = 0.0;  // of the points in the fit [K]
 };
 
@@ -35,8 +35,8 @@ struct PairFit {
 // measurement covers. A temperature term comes
 // in where it takes a seventh off the deviations and serves the points left out in turn as well; the term in composition
 // only with ASYMMETRIC, where it takes off a quarter.
-PairFit fit_points(const PairComponent& first, const PairComponent& second, const std::vector<PairPoint>& points,
-                   bool asymmetric);
+PairFit fit_points(const PairComponent& first, const PairComponent& second,
+                   const std::vector<PairPoint>& points, bool asymmetric);
 
 // Fits the parameter in water, with its temperature term, to the Henry constant and to the points; the one of the gas
 // phase stays as it is given.

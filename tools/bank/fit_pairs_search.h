@@ -11,7 +11,7 @@ namespace talix::bank {
 double golden_search(const std::function<double(double)>& f, double low, double high, int steps);
 
 // Downhill simplex of Nelder and Mead, begun twice: from START with edges STEP, then from the first result.
-std::vector<double> simplex_search(const std::function<double(const std::vector<double>&)>& f, std::vector<double> start,
-                                   const std::vector<double>& step);
+std::vector<double> simplex_search(const std::function<double(const std::vector<double>&)>& f,
+                                   std::vector<double> start, const std::vector<double>& step);
 
 }  // namespace talix::bank

@@ -59,8 +59,8 @@ PairChoice read_choice(const SourceTable& table, std::size_t row) {
 }
 
 template <typename Value, typename Read>
-std::map<PairNumbers, Value> read_rows(const std::filesystem::path& file, const std::map<int, std::string>& codes,
-                                       Read read) {
+std::map<PairNumbers, Value> read_rows(const std::filesystem::path& file,
+                                       const std::map<int, std::string>& codes, Read read) {
   const SourceTable table = SourceTable::read(file);
   std::map<PairNumbers, Value> rows;
   for (std::size_t row = 0; row < table.rows(); ++row) {

@@ -11,10 +11,13 @@ namespace talix::bank {
 namespace {
 
 constexpr std::array kReduced{0.55, 0.65, 0.75, 0.85};  // temperatures over the higher critical temperature
-constexpr std::array kFractions{0.05, 0.2, 0.5, 0.8};   // of the component with the lower critical temperature
-constexpr double kHighest = 1.5e7;                      // pressure [Pa]
-constexpr double kLowest = 10.0;                        // of the less volatile component [Pa]
-constexpr double kBelow = 0.97;                         // of the lower critical temperature: two liquids
+constexpr std::array kFractions{0.05, 0.2, 0.5, 0.8};  // of the component with the lower critical temperature
+constexpr double kHighest = 1.5e7;                     // pressure [Pa]
+constexpr double kLowest = 10.0;                       // of the less volatile component [Pa]
+constexpr double kBelow = 0.97;                        // of the lower critical temperature: two liquids
+
+constexpr double kPoorest = 5.0;   // mean deviation of a transfer that counts [%]
+constexpr double kFurthest = 0.2;  // change of the parameter that counts [-]
 
 // One state of the comparison and the effect to be met.
 struct Target {
@@ -75,7 +78,7 @@ PairTransfer transfer(PairCubic cubic, const PairComponent& first, const PairCom
   result.mean = 100.0 * mean(result.t0);
   result.tmin = targets.front().T;
   result.tmax = targets.back().T;
-  result.ok = result.mean < 30.0;
+  result.ok = result.mean < kPoorest && std::fabs(result.t0 - kij) < kFurthest;
   return result;
 }
 

@@ -88,6 +88,20 @@ struct PressureSource {
   double score = 0.0;  // mean misfit, lack of coverage and rank
 };
 
+// From where a relation ends well below the critical point it is led on as corresponding states do, drawn to both ends.
+std::vector<SatPoint> guides_behind(const FitComponent& c, const std::vector<SatPoint>& points) {
+  constexpr double kEarly = 0.85, kStep = 0.025, kTop = 0.98;  // of Tc
+  std::vector<SatPoint> guides;
+  const double end = points.back().T / c.tc;
+  if (end > kEarly) return guides;
+  const double off = std::log(points.back().psat / c.pc) - lee_kesler_lnpr(end, c.omega);
+  for (double tr = end + kStep; tr < kTop; tr += kStep) {
+    const double ln = lee_kesler_lnpr(tr, c.omega) + off * (1.0 - tr) / (1.0 - end);
+    guides.push_back({tr * c.tc, c.pc * std::exp(ln), 0.0, 0.0, 0.0});
+  }
+  return guides;
+}
+
 // Misfit of the anchored form tells whether a relation agrees with the critical point of the component: some
 // published sets belong to another critical temperature or pressure.
 PressureSource judged(const FitComponent& c, const Correlation& row, int order) {
@@ -107,7 +121,7 @@ PressureSource judged(const FitComponent& c, const Correlation& row, int order) 
     s.score = 1e9;
     return s;
   }
-  s.wagner = wagner_through(c, points);
+  s.wagner = wagner_through(c, points, guides_behind(c, points));
   double misfit = 0.0;
   for (const SatPoint& p : points) {
     misfit += std::fabs(std::log(p.psat / wagner_pressure(c, s.wagner, p.T)));
@@ -277,14 +291,19 @@ double wagner_pressure(const FitComponent& c, const std::array<double, 4>& w, do
          std::exp((w[0] * q + w[1] * std::pow(q, 1.5) + w[2] * q * q * q + w[3] * std::pow(q, 6)) * c.tc / T);
 }
 
-std::array<double, 4> wagner_through(const FitComponent& c, const std::vector<SatPoint>& points) {
+std::array<double, 4> wagner_through(const FitComponent& c, const std::vector<SatPoint>& points,
+                                     const std::vector<SatPoint>& guides) {
   // The rows are relative errors of the pressure; a faint pull to zero settles coefficients without data.
-  const auto n = static_cast<Eigen::Index>(points.size());
+  constexpr double kGuideWeight = 0.1;
+  const auto own = static_cast<Eigen::Index>(points.size());
+  const Eigen::Index n = own + static_cast<Eigen::Index>(guides.size());
   Eigen::MatrixXd m = Eigen::MatrixXd::Zero(n + 4, 4);
   Eigen::VectorXd y = Eigen::VectorXd::Zero(n + 4);
   for (Eigen::Index r = 0; r < n; ++r) {
-    const SatPoint& s = points[static_cast<std::size_t>(r)];
-    const double tr = s.T / c.tc, q = 1.0 - tr, w = tr < 0.40 ? 0.2 : 1.0;
+    const SatPoint& s =
+        r < own ? points[static_cast<std::size_t>(r)] : guides[static_cast<std::size_t>(r - own)];
+    const double tr = s.T / c.tc, q = 1.0 - tr;
+    const double w = r < own ? (tr < 0.40 ? 0.2 : 1.0) : kGuideWeight;
     m.row(r) << w * q / tr, w * std::pow(q, 1.5) / tr, w * q * q * q / tr, w * std::pow(q, 6) / tr;
     y(r) = w * std::log(s.psat / c.pc);
   }

@@ -90,7 +90,9 @@ void saturation_generalised(const FitComponent& c, Reference& ref);
 Reference reference_of(const ReferenceTables& tables, const FitComponent& c);
 
 // ln(psat/Pc) = (w1 q + w2 q^1.5 + w3 q^3 + w4 q^6)/(T/Tc), q = 1 - T/Tc, least squares through the points.
-std::array<double, 4> wagner_through(const FitComponent& c, const std::vector<SatPoint>& points);
+// GUIDES count little: they settle the form where the points end early.
+std::array<double, 4> wagner_through(const FitComponent& c, const std::vector<SatPoint>& points,
+                                     const std::vector<SatPoint>& guides = {});
 double wagner_pressure(const FitComponent& c, const std::array<double, 4>& w, double T);  // [Pa]
 
 // Compressibility of the Lee-Kesler relation [-] at tr >= 1.05; 0 where it finds no density.

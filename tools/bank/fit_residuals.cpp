@@ -318,10 +318,10 @@ void shape_residuals(const Problem& pb, const double* x, const Curves& cv, std::
     r.push_back(hinge(0.0016 - a) / 0.00004);
     const AB ab = curves_at(cv, 1.0 / (1.0 - y), true);
     r.push_back((hinge(lowest_b - ab.B) + hinge(ab.B - 1.8 * level)) / 0.002);
-    r.push_back(hinge(ab.A1 * (1.0 - y) + 1e-4) / 0.001);
+    r.push_back(pb.firm * hinge(ab.A1 * (1.0 - y) + 1e-4) / 0.001);
   }
   // Across the zone a falls by about an eighth.
-  r.push_back((hinge(cv.AALIM / cv.AAC - 0.92) + hinge(0.75 - cv.AALIM / cv.AAC)) / 0.003);
+  r.push_back(pb.firm * (hinge(cv.AALIM / cv.AAC - 0.92) + hinge(0.75 - cv.AALIM / cv.AAC)) / 0.003);
   // Behind the zone: a falls ever more slowly, or heat capacity and speed of sound go astray.
   for (const double u : {1.1, 1.13, 1.17, 1.25}) {
     const AB ab = curves_at(cv, u * 1.000001, true);

@@ -60,6 +60,7 @@ struct Problem {
   double guide_weight = 1.0;         // 1 where no measured-quality gas points exist
   std::vector<PointSolution> point;  // a and b of each saturation point; A 0 where there is none
   bool pointwise = false;            // first stage: residuals on the pointwise a and b
+  double firm = 1.0;                 // factor on what keeps a falling across and behind its zone
   bool held = false;                 // widths and bends of the curves stay as they are
 };
 

@@ -38,6 +38,12 @@ int main(int argc, char** argv) {
   CLI::App* const build = app.add_subcommand("build", "compile the tables of a folder into the bank files");
   build->add_option("--data", build_options.data_dir, "folder of the tables")->capture_default_str();
   build->add_option("--out", build_options.out_dir, "folder of the bank files")->capture_default_str();
+  build
+      ->add_option(
+          "--with", build_options.with,
+          "table of your own components, which are added to the bank or override it; may be repeated")
+      ->type_name("FILE.csv")
+      ->allow_extra_args(false);
   build->callback([&] { result = build_main(build_options); });
 
   DumpOptions dump_options;
@@ -83,7 +89,8 @@ int main(int argc, char** argv) {
   fit->add_flag("--transport", only_transport, "only the saturation and transport sets; takes seconds")
       ->excludes(curves);
   bool only_pairs = false;
-  fit->add_flag("--pairs", only_pairs, "only the interaction parameters of pairs; takes minutes")->excludes(curves);
+  fit->add_flag("--pairs", only_pairs, "only the interaction parameters of pairs; takes minutes")
+      ->excludes(curves);
   fit->callback([&] {
     if (only_pairs) {
       result = fit_pairs_main({.data_dir = fit_options.data_dir, .jobs = fit_options.jobs});

@@ -27,15 +27,15 @@ struct GroupText {
   const char* words;
   bool goal;  // the goals hold for it
 };
-constexpr std::array kGroups{GroupText{PairGroup::hydrocarbon, "hydrocarbons with each other", true},
-                             GroupText{PairGroup::carbon_dioxide, "carbon dioxide with hydrocarbons and gases", true},
-                             GroupText{PairGroup::nitrogen, "nitrogen with hydrocarbons", true},
-                             GroupText{PairGroup::hydrogen_sulphide, "hydrogen sulphide with hydrocarbons and gases",
-                                       true},
-                             GroupText{PairGroup::hydrogen, "hydrogen with hydrocarbons", true},
-                             GroupText{PairGroup::other_gas, "other gases", false},
-                             GroupText{PairGroup::water, "water with anything", false},
-                             GroupText{PairGroup::polar, "alcohols, glycols, ketones without water", false}};
+constexpr std::array kGroups{
+    GroupText{PairGroup::hydrocarbon, "hydrocarbons with each other", true},
+    GroupText{PairGroup::carbon_dioxide, "carbon dioxide with hydrocarbons and gases", true},
+    GroupText{PairGroup::nitrogen, "nitrogen with hydrocarbons", true},
+    GroupText{PairGroup::hydrogen_sulphide, "hydrogen sulphide with hydrocarbons and gases", true},
+    GroupText{PairGroup::hydrogen, "hydrogen with hydrocarbons", true},
+    GroupText{PairGroup::other_gas, "other gases", false},
+    GroupText{PairGroup::water, "water with anything", false},
+    GroupText{PairGroup::polar, "alcohols, glycols, ketones without water", false}};
 
 // A component as the report sees it.
 struct Member {
@@ -70,7 +70,7 @@ PairGroup group_of(const PairNumbers& n, const Member& first, const Member& seco
   if (has(kCarbonDioxide)) return PairGroup::carbon_dioxide;
   if (has(kNitrogen)) return PairGroup::nitrogen;
   return first.family == second.family && first.family == kHydrocarbons ? PairGroup::hydrocarbon
-                                                                       : PairGroup::other_gas;
+                                                                        : PairGroup::other_gas;
 }
 
 void add_point(PairShare& share, const PointDeviation& d) {
@@ -100,7 +100,9 @@ class BankFolder {
 };
 
 std::string pressure_text(const PairMean& m) {
-  return m.n == 0 ? "-" : figure("%.2f", m.mean()) + " / " + figure("%.1f", m.worst) + " (" + std::to_string(m.n) + ")";
+  return m.n == 0
+             ? "-"
+             : figure("%.2f", m.mean()) + " / " + figure("%.1f", m.worst) + " (" + std::to_string(m.n) + ")";
 }
 
 std::string vapour_text(const PairMean& m) {
@@ -121,7 +123,8 @@ void write_group(std::ostream& out, const char* words, const PairShare& kept, co
 }
 
 void write_groups(std::ostream& out, const std::vector<PairLine>& lines, bool measured) {
-  out << "| systems | kept out: pressure | vapour | no state | in the fit: pressure | vapour | no state | doubtful | "
+  out << "| systems | kept out: pressure | vapour | no state | in the fit: pressure | vapour | no state | "
+         "doubtful | "
          "goals |\n|---|---|---|---|---|---|---|---|---|\n";
   PairShare kept, fit, doubt;
   const auto verdict = [](const PairShare& s) {
@@ -143,15 +146,17 @@ void write_groups(std::ostream& out, const std::vector<PairLine>& lines, bool me
 }
 
 void write_systems(std::ostream& out, const std::vector<PairLine>& lines) {
-  out << "| system | points | kept out: pressure | vapour | no state | in the fit: pressure | vapour | no state | "
+  out << "| system | points | kept out: pressure | vapour | no state | in the fit: pressure | vapour | no "
+         "state | "
          "doubtful |\n|---|---|---|---|---|---|---|---|---|\n";
   for (const GroupText& g : kGroups) {
     for (const PairLine& l : lines) {
       if (l.group != g.group) continue;
       out << "| " << l.name << " | " << (l.measured ? "measured" : "GERG-2008") << " | "
           << pressure_text(l.kept_out.pressure) << " | " << vapour_text(l.kept_out.vapour) << " | "
-          << l.kept_out.missing << " | " << pressure_text(l.fitted.pressure) << " | " << vapour_text(l.fitted.vapour)
-          << " | " << l.fitted.missing << " | " << pressure_text(l.doubtful.pressure) << " |\n";
+          << l.kept_out.missing << " | " << pressure_text(l.fitted.pressure) << " | "
+          << vapour_text(l.fitted.vapour) << " | " << l.fitted.missing << " | "
+          << pressure_text(l.doubtful.pressure) << " |\n";
     }
   }
   out << '\n';
@@ -171,7 +176,8 @@ void PairMean::add(const PairMean& other) {
   worst = std::max(worst, other.worst);
 }
 
-std::vector<PairLine> pair_accuracy(const Bank& bank, const std::map<PairNumbers, std::vector<PairPoint>>& points) {
+std::vector<PairLine> pair_accuracy(const Bank& bank,
+                                    const std::map<PairNumbers, std::vector<PairPoint>>& points) {
   const std::map<int, Member> all = members(bank);
   const BankFolder folder(bank);
   std::vector<PairLine> lines;
@@ -189,7 +195,10 @@ std::vector<PairLine> pair_accuracy(const Bank& bank, const std::map<PairNumbers
       for (const PairPoint& p : list) {
         if (p.measured != measured) continue;
         any = true;
-        add_point(p.doubtful ? line.doubtful : p.kept_out ? line.kept_out : line.fitted, point_deviation(engine, p));
+        add_point(p.doubtful   ? line.doubtful
+                  : p.kept_out ? line.kept_out
+                               : line.fitted,
+                  point_deviation(engine, p));
       }
       if (any) lines.push_back(line);
     }
@@ -197,7 +206,8 @@ std::vector<PairLine> pair_accuracy(const Bank& bank, const std::map<PairNumbers
   return lines;
 }
 
-PairShare group_share(const std::vector<PairLine>& lines, PairGroup group, bool measured, PairShare PairLine::* share) {
+PairShare group_share(const std::vector<PairLine>& lines, PairGroup group, bool measured,
+                      PairShare PairLine::*share) {
   PairShare sum;
   for (const PairLine& l : lines)
     if (l.group == group && l.measured == measured) add_share(sum, l.*share);
@@ -212,10 +222,14 @@ void write_pair_report(std::ostream& out, const Bank& bank, const std::filesyste
   const auto points = read_pair_points(SourceTable::read(data_dir / "pair_points.csv"), codes);
   const std::vector<PairLine> lines = pair_accuracy(bank, points);
   out << "## Phase equilibria of pairs\n\n"
-         "Bubble pressure by the library's engine against `data/pair_points.csv`: mean / worst deviation in percent and\n"
-         "number of points; mean deviation of the vapour mole fraction. The third of every four points of a pair is kept\n"
-         "out of the fit of its parameters. No state: the equation has no bubble point there, mostly since it lies beyond\n"
-         "its critical point. Doubtful points, of sets that disagree with others or far off any cubic, take no part in\n"
+         "Bubble pressure by the library's engine against `data/pair_points.csv`: mean / worst deviation in "
+         "percent and\n"
+         "number of points; mean deviation of the vapour mole fraction. The third of every four points of a "
+         "pair is kept\n"
+         "out of the fit of its parameters. No state: the equation has no bubble point there, mostly since "
+         "it lies beyond\n"
+         "its critical point. Doubtful points, of sets that disagree with others or far off any cubic, take "
+         "no part in\n"
          "fits and means. Goals over the points kept out: "
       << figure("%g", kPressureGoal) << " % and " << figure("%g", kVapourGoal) << ".\n\nMeasured points:\n\n";
   write_groups(out, lines, true);

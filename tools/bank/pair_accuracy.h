@@ -30,7 +30,16 @@ struct PairShare {
 };
 
 // Group of systems that the report keeps apart.
-enum class PairGroup { hydrocarbon, carbon_dioxide, nitrogen, hydrogen_sulphide, hydrogen, other_gas, water, polar };
+enum class PairGroup {
+  hydrocarbon,
+  carbon_dioxide,
+  nitrogen,
+  hydrogen_sulphide,
+  hydrogen,
+  other_gas,
+  water,
+  polar
+};
 
 struct PairLine {
   PairNumbers numbers;
@@ -41,10 +50,12 @@ struct PairLine {
 };
 
 // One line of each pair and kind of points, computed by the library's engine on the bank.
-std::vector<PairLine> pair_accuracy(const Bank& bank, const std::map<PairNumbers, std::vector<PairPoint>>& points);
+std::vector<PairLine> pair_accuracy(const Bank& bank,
+                                    const std::map<PairNumbers, std::vector<PairPoint>>& points);
 
 // Mean over the points of all lines of a group, of one kind.
-PairShare group_share(const std::vector<PairLine>& lines, PairGroup group, bool measured, PairShare PairLine::* share);
+PairShare group_share(const std::vector<PairLine>& lines, PairGroup group, bool measured,
+                      PairShare PairLine::*share);
 
 // The section of the report; reads pair_points.csv of the data directory.
 void write_pair_report(std::ostream& out, const Bank& bank, const std::filesystem::path& data_dir);

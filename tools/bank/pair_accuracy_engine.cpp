@@ -23,9 +23,9 @@ PairPhase PairEngine::phase(double T, double P, double x, PairRoot root) const {
   L4 AMBIG{};
   R8 ZFUG = 0, ZVOL = 0, DZDT = 0, DZDP = 0, H = 0, DHDT = 0, DHDP = 0, S = 0, DSDT = 0, DSDP = 0;
   const I4 asked = root == PairRoot::liquid ? phase::liquid : phase::vapour;
-  SHMIX0(asked, root_option::real_only, T, P, 2, IC, X, set_.slot(), kNoDerivatives, set_.slot(), kNoDerivatives, 0,
-         thermal::total, kNoDerivatives, IRESRV, 0, IPHRTN, AMBIG, ZFUG, ZVOL, DZDT, DZDP, DZDN, FUG, DFDT, DFDP, DFDN,
-         H, DHDT, DHDP, DHDN, S, DSDT, DSDP, DSDN, RESRV, NFAIL);
+  SHMIX0(asked, root_option::real_only, T, P, 2, IC, X, set_.slot(), kNoDerivatives, set_.slot(),
+         kNoDerivatives, 0, thermal::total, kNoDerivatives, IRESRV, 0, IPHRTN, AMBIG, ZFUG, ZVOL, DZDT, DZDP,
+         DZDN, FUG, DFDT, DFDP, DFDN, H, DHDT, DHDP, DHDN, S, DSDT, DSDP, DSDN, RESRV, NFAIL);
   PairPhase result;
   result.ok = NFAIL == status::ok;
   result.Z = ZVOL;

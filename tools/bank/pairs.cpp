@@ -122,7 +122,8 @@ void add_activity_sets(std::vector<PairRecord>& records, const SourceTable& tabl
     set_pair_text(record, kActivityStatus, kActivityStatus, "1");
     set_pair_text(record, kActivitySource, kActivitySource, "7");
     set_pair_real(record, kAlpha, static_cast<float>(table.required(row, "alpha", {"-", -1, 1})));
-    set_pair_real(record, kAlphaSlope, static_cast<float>(table.required(row, "alphat_1_K", {"1/K", -0.01, 0.01})));
+    set_pair_real(record, kAlphaSlope,
+                  static_cast<float>(table.required(row, "alphat_1_K", {"1/K", -0.01, 0.01})));
     constexpr std::array kTerms{"t0_", "t1_", "t2_"};
     constexpr std::array kUnits{"", "_K", "_K2"};
     constexpr std::array kBounds{100.0, 2e4, 1e7};

@@ -7,10 +7,10 @@ namespace talix::bank {
 
 namespace {
 
-constexpr double kTiny = 1e-10;          // smallest mole fraction inside the search
-constexpr double kConverged = 1e-9;      // in ln fugacity
-constexpr double kSamePhase = 1e-4;      // phases closer than this in composition and density are one
-constexpr double kLowestPressure = 1e-3;   // [Pa]
+constexpr double kTiny = 1e-10;           // smallest mole fraction inside the search
+constexpr double kConverged = 1e-9;       // in ln fugacity
+constexpr double kSamePhase = 1e-4;       // phases closer than this in composition and density are one
+constexpr double kLowestPressure = 1e-3;  // [Pa]
 constexpr double kHighestPressure = 5e8;  // [Pa]
 
 // Where a search stands: ln P and the logarithm of the ratio of the vapour mole fractions.
@@ -43,7 +43,8 @@ Residual residual(const PairPhases& source, double T, double x, const Guess& g) 
   if (!r.liquid.ok || !r.vapour.ok) return r;
   const std::array<double, 2> ln_x{std::log(x), std::log1p(-x)};
   const std::array<double, 2> ln_y{-std::log1p(std::exp(-g.u)), -std::log1p(std::exp(g.u))};
-  for (std::size_t i = 0; i < 2; ++i) r.f.at(i) = ln_x.at(i) + r.liquid.lnphi.at(i) - ln_y.at(i) - r.vapour.lnphi.at(i);
+  for (std::size_t i = 0; i < 2; ++i)
+    r.f.at(i) = ln_x.at(i) + r.liquid.lnphi.at(i) - ln_y.at(i) - r.vapour.lnphi.at(i);
   r.ok = std::isfinite(r.f[0]) && std::isfinite(r.f[1]);
   return r;
 }
@@ -68,7 +69,8 @@ bool newton(const PairPhases& source, double T, double x, const Residual& r, Gue
   if (!(std::fabs(det) > 1e-14)) return false;
   const double dp = -(d * r.f[0] - b * r.f[1]) / det;
   const double du = -(a * r.f[1] - c * r.f[0]) / det;
-  const double scale = std::min({1.0, 0.3 / std::max(std::fabs(dp), 1e-300), 1.0 / std::max(std::fabs(du), 1e-300)});
+  const double scale =
+      std::min({1.0, 0.3 / std::max(std::fabs(dp), 1e-300), 1.0 / std::max(std::fabs(du), 1e-300)});
   g.lp += scale * dp;
   g.u += scale * du;
   return true;
@@ -76,7 +78,8 @@ bool newton(const PairPhases& source, double T, double x, const Residual& r, Gue
 
 // A dense gas can have a smaller compressibility than the liquid: only equal phases are none.
 bool apart(double x, double y, const Residual& r) {
-  return std::fabs(r.vapour.Z - r.liquid.Z) > kSamePhase * r.liquid.Z || std::fabs(y - x) > kSamePhase * x * (1.0 - x);
+  return std::fabs(r.vapour.Z - r.liquid.Z) > kSamePhase * r.liquid.Z ||
+         std::fabs(y - x) > kSamePhase * x * (1.0 - x);
 }
 
 // Search from a guess; the guess is left at the solution.
@@ -141,7 +144,8 @@ PairState follow(const PairPhases& source, double T, double x, double end, doubl
       const double t = line ? (next - s) / (s - past) : 0.0;
       const auto level = [&](double at, const Guess& q) { return q.u - ratio_log(position(at)); };
       trial.lp = g.lp + t * (g.lp - before.lp);
-      trial.u = level(s, g) + (line ? t * (level(s, g) - level(past, before)) : 0.0) + ratio_log(position(next));
+      trial.u =
+          level(s, g) + (line ? t * (level(s, g) - level(past, before)) : 0.0) + ratio_log(position(next));
     } else {
       trial = begin(next);
     }

@@ -17,7 +17,8 @@ bool cubic_root(double c2, double c1, double c0, double B, PairRoot root, double
     constexpr double kTurn = 6.283185307179586;
     const double theta = std::acos(std::clamp(r / std::sqrt(q * q * q), -1.0, 1.0));
     for (int k = 0; k < 3; ++k)
-      z.at(static_cast<std::size_t>(k)) = -2.0 * std::sqrt(q) * std::cos((theta + kTurn * (k - 1)) / 3.0) - c2 / 3.0;
+      z.at(static_cast<std::size_t>(k)) =
+          -2.0 * std::sqrt(q) * std::cos((theta + kTurn * (k - 1)) / 3.0) - c2 / 3.0;
     n = 3;
   } else {
     const double m = std::cbrt(std::fabs(r) + std::sqrt(r * r - q * q * q));
@@ -78,7 +79,8 @@ PairEquation::Pure PairEquation::pure(const PairComponent& c, double T) const {
   const double w = c.omega;
   const double m = soave ? 0.480 + 1.574 * w - 0.176 * w * w : 0.37464 + 1.54226 * w - 0.26992 * w * w;
   const double root = 1.0 + m * (1.0 - std::sqrt(T / c.tc));
-  return {(soave ? 0.42748 : 0.45724) * RTc * RTc / c.pc * root * root, (soave ? 0.08664 : 0.07780) * RTc / c.pc};
+  return {(soave ? 0.42748 : 0.45724) * RTc * RTc / c.pc * root * root,
+          (soave ? 0.08664 : 0.07780) * RTc / c.pc};
 }
 
 PairPhase PairEquation::phase(double T, double P, double x, PairRoot root) const {

@@ -40,7 +40,8 @@ enum class PairCubic {
 
 class PairEquation : public PairPhases {
  public:
-  PairEquation(PairCubic cubic, const PairComponent& first, const PairComponent& second, const PairParameters& k);
+  PairEquation(PairCubic cubic, const PairComponent& first, const PairComponent& second,
+               const PairParameters& k);
   void set(const PairParameters& k) { k_ = k; }
   [[nodiscard]] PairPhase phase(double T, double P, double x, PairRoot root) const override;
 

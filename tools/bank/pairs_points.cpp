@@ -39,7 +39,8 @@ PairNumbers pair_numbers(const SourceTable& table, std::size_t row, const std::m
     const std::string side = second ? "2" : "1";
     const int number = table.integer(row, "number" + side, 2, 9999);
     const auto found = codes.find(number);
-    if (found == codes.end()) table.fail(row, "number" + side, "no component of this number in components.csv");
+    if (found == codes.end())
+      table.fail(row, "number" + side, "no component of this number in components.csv");
     if (table.text(row, "code" + side) != found->second) {
       table.fail(row, "code" + side,
                  "the code of component " + std::to_string(number) + " is \"" + found->second + "\"");

@@ -56,8 +56,9 @@ std::string former_table(const std::vector<FormerFit>& fits) {
   text += ",points_I,mean_I_pct,points_II,mean_II_pct\n";
   for (const FormerFit& fit : fits) {
     text += fit.cas + "," + fit.former + "," + fit.core + "," + fit.sigma + "," + fit.epsilon;
-    for (const Langmuir& cavity : fit.cavity)
-      text += cavity.A > 0 ? formatted(",%.8g,%.2f", cavity.A, cavity.B) : std::string(",,");
+    for (const auto& structure : fit.cavity)
+      for (const Langmuir& cavity : structure)
+        text += cavity.A > 0 ? formatted(",%.8g,%.2f", cavity.A, cavity.B) : std::string(",,");
     for (int structure = 0; structure < 2; ++structure)
       text += fit.points[structure] > 0 ? formatted(",%d,%.1f", fit.points[structure], fit.mean[structure])
                                         : std::string(",,");

@@ -36,7 +36,7 @@ struct Langmuir {
 struct FormerFit {
   std::string cas, former;
   std::string core, sigma, epsilon;  // as the table has them, empty for none
-  Langmuir cavity[4];                // structure I small and large, structure II small and large
+  Langmuir cavity[2][2];             // structure I and II, small and large
   int points[2];                     // measured points of each structure that were used
   double mean[2];                    // mean deviation of the fugacity of the former in them [%]
 };

@@ -63,9 +63,10 @@ Tables read_tables(const std::filesystem::path& data_dir) {
     FormerFit& former = tables.formers[langmuir.text(row, "cas")];
     former.cas = langmuir.text(row, "cas");
     former.former = langmuir.text(row, "former");
-    const int cavity = 2 * structure_index(langmuir, row) + (langmuir.text(row, "cavity") == "large" ? 1 : 0);
-    former.cavity[cavity] = {langmuir.required(row, "A_K_per_bar", {"K/bar", 1e-20, 1e6}),
-                             langmuir.required(row, "B_K", {"K", -1e4, 2e4})};
+    const int cavity = langmuir.text(row, "cavity") == "large" ? 1 : 0;
+    former.cavity[structure_index(langmuir, row)][cavity] = {
+        langmuir.required(row, "A_K_per_bar", {"K/bar", 1e-20, 1e6}),
+        langmuir.required(row, "B_K", {"K", -1e4, 2e4})};
   }
   const SourceTable potential = SourceTable::read(data_dir / "hydrate_kihara.csv");
   for (std::size_t row = 0; row < potential.rows(); ++row) {
@@ -103,7 +104,7 @@ Tables read_tables(const std::filesystem::path& data_dir) {
 }
 
 std::vector<GasPart> alone(const FormerFit& former, const HydrateGas& gas, int structure) {
-  return {{&gas, 1.0, former.cavity[2 * structure], former.cavity[2 * structure + 1]}};
+  return {{&gas, 1.0, former.cavity[structure][0], former.cavity[structure][1]}};
 }
 
 // ln of the factor on both cavities that brings a point onto equilibrium.
@@ -113,7 +114,7 @@ double wanted_factor(const FormerFit& former, const HydrateGas& gas, int structu
   for (int step = 0; step < 60; ++step) {
     const double middle = (low + high) / 2;
     FormerFit scaled = former;
-    for (Langmuir& cavity : scaled.cavity) cavity.A *= std::exp(middle);
+    for (Langmuir& cavity : scaled.cavity[structure]) cavity.A *= std::exp(middle);
     (water_excess(alone(scaled, gas, structure), structure, point.T, point.P) > 0 ? low : high) = middle;
   }
   return (low + high) / 2;
@@ -139,8 +140,8 @@ void fit_measured(FormerFit& former, const HydrateGas& gas, int structure, const
   }
   const double q = (n * sxy - sx * sy) / (n * sxx - sx * sx);
   const double p = (sy - q * sx) / n;
-  apply(former.cavity[2 * structure], p, q);
-  apply(former.cavity[2 * structure + 1], p, q);
+  apply(former.cavity[structure][0], p, q);
+  apply(former.cavity[structure][1], p, q);
 
   // What is left of the factor is the deviation of the fugacity. That of the pressure would say nothing next to the
   // condensation of the former, where the fugacity hardly depends on it.
@@ -158,7 +159,7 @@ void match_unmeasured(FormerFit& former, int structure) {
   };
   const double low = factor(kFactorLow);
   const double q = (factor(kFactorHigh) - low) / (1 / kFactorHigh - 1 / kFactorLow);
-  apply(former.cavity[2 * structure + 1], low - q / kFactorLow, q);
+  apply(former.cavity[structure][1], low - q / kFactorLow, q);
 }
 
 // Parts of a composition such as "CH4=0.9;C2H6=0.1"; empty where a component is no former of the list.
@@ -173,7 +174,7 @@ std::vector<GasPart> mixture(const std::string& composition, const Tables& table
     const auto found = std::find_if(fits.begin(), fits.end(), named);
     if (equals == std::string::npos || found == fits.end()) return {};
     parts.push_back({&tables.gases.at(found->cas), std::stod(item.substr(equals + 1)),
-                     found->cavity[2 * structure], found->cavity[2 * structure + 1]});
+                     found->cavity[structure][0], found->cavity[structure][1]});
   }
   return parts;
 }
@@ -206,7 +207,7 @@ std::vector<FormerFit> fit_formers(const std::filesystem::path& data_dir) {
     const auto gas = tables.gases.find(cas);
     if (gas == tables.gases.end()) continue;
     for (int structure = 0; structure < 2; ++structure) {
-      if (former.cavity[2 * structure + 1].A <= 0) continue;
+      if (former.cavity[structure][1].A <= 0) continue;
       const std::vector<Point>& points = tables.points[structure][cas];
       if (static_cast<int>(points.size()) >= kFewestPoints)
         fit_measured(former, gas->second, structure, points);

@@ -104,8 +104,9 @@ std::optional<double> equilibrium_pressure(const std::vector<GasPart>& parts, in
   // Hydrate forms above the pressure of equilibrium: the excess falls through 0. The crossing next to P is meant.
   const double middle = std::log(P);
   constexpr double kStep = 0.05;
-  for (double away = 0; away < std::log(20.0); away += kStep) {
-    for (const double low : {middle + away, middle - away - kStep}) {
+  constexpr int kSteps = 60;  // up to a factor of 20
+  for (int k = 0; k < kSteps; ++k) {
+    for (const double low : {middle + kStep * k, middle - kStep * (k + 1)}) {
       double lo = low;
       double hi = low + kStep;
       if (!(excess(lo) > 0 && excess(hi) <= 0)) continue;
