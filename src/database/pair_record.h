@@ -25,13 +25,14 @@ struct InteractionTables {
 };
 
 struct PairRecord : InteractionTables {
-  Table ALFA;                          // NRTL non-randomness
-  Table TAUT0, TAUT1, TAUT2;           // NRTL terms [-], [K], [K2]
-  Table BCPA0, BCPA0T, BCPA1, BCPA1T;  // CPA pair parameters
-  Table BCP1TT;                        // logarithmic temperature term of the cross-association strength [-]
-  Table BICWS;                         // binary parameter of the A-excess rule, symmetric
-  Table HEN1, HEN2, HEN3, HEN4;        // Henry tables
-  I4 NPAIR;                            // components of the pair routines
+  Table ALFA;                 // NRTL non-randomness
+  Table TAUT0, TAUT1, TAUT2;  // NRTL terms [-], [K], [K2]
+  // CPA pair parameters, symmetric: interaction [-] and its temperature term [1/K]; cross association volume [-],
+  // energy [J/mol] and logarithmic temperature term [-].
+  Table BCPA0, BCPA0T, BCPA1, BCPA1T, BCP1TT;
+  Table BICWS;                   // binary parameter of the A-excess rule, symmetric
+  Table HEN1, HEN2, HEN3, HEN4;  // Henry tables
+  I4 NPAIR;                      // components of the pair routines
   L4 LTAUX;                      // status of the NRTL entry of the last pair was "X", or it had no NRTL data
   I4 NF;                         // families of the list
   Vec<I4, kMaxComponents> NFAM;  // family number of each component, 1 to NF

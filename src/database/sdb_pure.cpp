@@ -1,10 +1,10 @@
 #include "database/sdb_pure.h"
 
-#include <charconv>
 #include <string_view>
 
 #include "base/stop_handler.h"
 #include "database/directory_record.h"
+#include "database/field_text.h"
 #include "database/file_layer.h"
 #include "database/sdb_code_directory.h"
 #include "database/ssv_text_search.h"
@@ -32,17 +32,6 @@ constexpr CodeDirectoryRules kRules{"SDBPC0",
 void fail(std::string_view message, I4& NFAIL) {
   NFAIL = status::failed;
   SERPU0(severity::error, "SDBPC0", message);
-}
-
-// An integer field of a formatted line: blanks count for nothing, an empty field is 0.
-bool integer_field(std::string_view field, I4& value) {
-  while (!field.empty() && field.front() == ' ') field.remove_prefix(1);
-  field = trimmed(field);
-  value = 0;
-  if (field.empty()) return true;
-  if (field.front() == '+') field.remove_prefix(1);
-  const std::from_chars_result end = std::from_chars(field.data(), field.data() + field.size(), value);
-  return end.ec == std::errc{} && end.ptr == field.data() + field.size();
 }
 
 // The header of the text directory is taken as a fixed layout, whatever line 1 says.

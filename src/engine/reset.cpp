@@ -36,6 +36,7 @@ void reset_engine() {
   reset_component_record();
   reset_pair_record();
   reset_directory_record();
+  reset_srk_variant_record();
   reset_file_record();
 
   reset_eos_caches();
@@ -43,7 +44,6 @@ void reset_engine() {
   a_excess = AExcessReference{};
   g_excess = GExcessRecord{};
   vardo95 = Vardo95Record{};
-  srk_variants = SrkVariantRecord{};
 
   reset_fraction_record();
   reset_cpa_record();

@@ -6,11 +6,13 @@ constinit UnifacRecord unifac{};
 constinit UnifillSettings unifill{};
 
 void reset_unifac_record() {
+  unifac.all_grouped = false;
   unifac.NSUB = 0;
   unifac.NMAIN = 0;
   unifac.SUBVEC.fill(0);
   unifac.MANVEC.fill(0);
   unifac.SUBGRP.fill(0.0F);
+  unifac.CSBGRP.fill(text<8>(""));
   unifac.IMNGRP.fill(0);
   unifac.RSBGRP.fill(0.0F);
   unifac.QSBGRP.fill(0.0F);

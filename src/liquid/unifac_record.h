@@ -4,6 +4,7 @@
 #include "base/array.h"
 #include "base/logical.h"
 #include "base/real.h"
+#include "base/text.h"
 
 namespace talix {
 
@@ -13,18 +14,20 @@ inline constexpr int kMaxMainGroups = 77;
 // The table of the model variant in use is single precision by design. The groups of a component
 // (NGRP, GRPTYP, GRPNUM) stand in the component record.
 struct UnifacRecord {
+  L4 all_grouped;                                         // every component of the set has groups
   I4 NSUB;                                                // subgroups present in the set
   I4 NMAIN;                                               // main groups present in the set
   Vec<I4, kMaxSubgroups> SUBVEC;                          // subgroup numbers present
   Vec<I4, kMaxMainGroups> MANVEC;                         // main-group numbers present
   Mat<R4, kMaxComponents + 1, kMaxSubgroups + 1> SUBGRP;  // (component, position in SUBVEC): count
+  Vec<Text<8>, kMaxSubgroups> CSBGRP;                     // name of a subgroup
   Vec<I4, kMaxSubgroups> IMNGRP;                          // main group of a subgroup
   Vec<R4, kMaxSubgroups> RSBGRP;                          // volume parameter of a subgroup [-]
   Vec<R4, kMaxSubgroups> QSBGRP;                          // surface parameter of a subgroup [-]
   Vec<R4, kMaxSubgroups> MWSGRP;                          // molar mass of a subgroup [g/mol]
-  Cube<R4, kMaxMainGroups, kMaxMainGroups, 3> AMNINT;     // interaction of main groups, sets a, b, c
-  Vec<R8, kMaxComponents> RTOT;                           // van der Waals volume of a component [-]
-  Vec<R8, kMaxComponents> QTOT;                           // van der Waals surface of a component [-]
+  Cube<R4, kMaxMainGroups, kMaxMainGroups, 3> AMNINT;  // (main group, main group, set a, b, c): interaction
+  Vec<R8, kMaxComponents> RTOT;                        // van der Waals volume of a component [-]
+  Vec<R8, kMaxComponents> QTOT;                        // van der Waals surface of a component [-]
 };
 
 extern constinit UnifacRecord unifac;

@@ -2,8 +2,10 @@
 
 #include <chrono>
 
-#include "database/database_fixture.h"
+#include "association/cpa_record.h"
+#include "database/keyed_fixture.h"
 #include "database/optional_readers.h"
+#include "database/srk_variant_record.h"
 #include "engine/model_record.h"
 #include "engine/model_table.h"
 #include "liquid/unifac_record.h"
@@ -152,14 +154,16 @@ TEST_F(LoadOrder, OptionalDataAreReportedOnceAndForgiven) {
   bank.write(folder);
   ASSERT_EQ(load({" 6P ", "H2O ", " 1P "}), status::ok);
   EXPECT_EQ(ring_texts(), (std::vector<std::string>{
-                              "Loading UNIFAC data failed", "CPA pure component db read failed",
+                              "Loading UNIFAC data failed", "No UNIFAC groups for component  6P",
+                              "No UNIFAC groups for component H2O", "No UNIFAC groups for component  1P",
                               "CPA pure component db read failed", "CPA pure component db read failed",
-                              "CPA binary parameter db read failed", "User overwrite binary data failed"}));
+                              "CPA pure component db read failed", "CPA binary parameter db read failed",
+                              "User overwrite binary data failed"}));
   EXPECT_EQ(ring.SEVER0(1), 3);
   EXPECT_EQ(trimmed(ring.NAMER0(1)), "SDBUF0");
   for (int i = 2; i <= ring.count; ++i) {
     EXPECT_EQ(ring.SEVER0(i), 1);
-    EXPECT_EQ(trimmed(ring.NAMER0(i)), "SHDBS0");
+    EXPECT_EQ(trimmed(ring.NAMER0(i)), i <= 4 ? "SUFAO3" : "SHDBS0");
   }
 }
 
@@ -313,28 +317,57 @@ TEST_F(LoadOrder, ALoadOfTenComponentsIsQuick) {
 
 TEST_F(LoadOrder, DoorsOfOptionalDataAnswerNotAvailable) {
   I4 NFAIL = 0;
-  SDBUF0(model::vardo1, NFAIL);
-  EXPECT_EQ(NFAIL, status::model_error);
-  EXPECT_EQ(last_entry(), "3 SDBUF0 Requested UNIFAC model not available");
-  const std::pair<I4, std::string_view> tables[] = {
-      {model::unifac, "sufori.out"},        {model::lyngby_unifac, "suflyn.out"},
-      {model::unifac_dm, "udo2002.out"},    {model::liquid_unifac, "udo2002.out"},
-      {model::linear_unifac, "suflin.out"}, {model::free_volume_unifac, "suflin.out"}};
-  for (const auto& [code, file] : tables) {
-    reset_error_ring();
-    SDBUF0(code, NFAIL);
-    EXPECT_EQ(NFAIL, status::not_available);
-    EXPECT_EQ(ring_texts(), std::vector<std::string>{"Loading UNIFAC data failed"});
-    write_bytes(folder / file, "x");
-    reset_error_ring();
-    SDBUF0(code, NFAIL);
-    EXPECT_EQ(NFAIL, status::not_available);
-    EXPECT_EQ(ring_texts(),
-              (std::vector<std::string>{"Data file found but not supported", "Loading UNIFAC data failed"}));
-    std::filesystem::remove(folder / file);
-  }
-  SUFAO3(1, model::unifac_dm, NFAIL = 0);
+  S0UBIN(2, NFAIL);
   EXPECT_EQ(NFAIL, status::not_available);
+  EXPECT_EQ(ring.count, 0);
+  write_bytes(folder / "usrbin.dat", "x");
+  S0UBIN(2, NFAIL);
+  EXPECT_EQ(NFAIL, status::not_available);
+  EXPECT_EQ(last_entry(), "1 S0UBIN Data file found but not supported");
+  SNLUF0(2, 0.0, 0.0, NFAIL = 0);
+  EXPECT_EQ(NFAIL, status::not_available);
+  SFCPC0(1, NFAIL = 0);
+  EXPECT_EQ(NFAIL, status::not_available);
+}
+
+TEST_F(LoadOrder, OptionalFilesThatAreThereAreRead) {
+  bank.write(folder);
+  // One main group, one subgroup; methane alone in each of the keyed files.
+  write_bytes(folder / "udo2002.out",
+              "    1    1     name             text\n   1  CH3          1    0.6325    1.0608     15.03\n"
+              "    0.0000\n    0.0000\n    0.0000\n");
+  const std::string zeros = in_columns(" %13.6E", 0.0);
+  std::string pure = "      20" + in_columns(" %13.6E", 0.125);
+  std::string pair = "  200031" + in_columns(" %13.6E", 0.375);
+  std::string pure_end = "99999999" + zeros;
+  std::string pair_end = pure_end;
+  for (int k = 1; k < 15; ++k) pure += zeros, pure_end += zeros;
+  for (int k = 1; k < 5; ++k) pair += zeros, pair_end += zeros;
+  write_bytes(folder / "cpapur.dat", keyed_file(218, 8, {pure, pure_end}));
+  write_bytes(folder / "cpabin.dat", keyed_file(78, 8, {pair, pair_end}));
+  write_bytes(
+      folder / "sdbp2.dat",
+      keyed_file(71, 4,
+                 {"   20" + std::string(28, ' ') + " 1      0.4951      0.0000      0.0000", " 9999"}));
+  write_bytes(
+      folder / "srkap.dat",
+      keyed_file(74, 4,
+                 {"   20   190.56    45.99   0.0114  2       0.0000       0.0000       0.0000", " 9999"}));
+  select(model::srk_simsci);
+  select(model::srk_aspen);
+  ASSERT_EQ(load({" 1P ", " 6P "}), status::ok);
+  EXPECT_EQ(cpa_sets.ASB(1), 0.125);
+  EXPECT_EQ(cpa_sets.ASB(2), 0.0);
+  EXPECT_EQ(pairs.BCPA0(2, 1), 0.375);
+  EXPECT_EQ(unifac.IMNGRP(1), 1);
+  EXPECT_EQ(srk_variants.P2ALPH(1), 1);
+  EXPECT_EQ(srk_variants.TCASP(1), 190.56);
+  // The cubic variants miss the second component; neither has groups.
+  EXPECT_EQ(ring_texts(), (std::vector<std::string>{
+                              "Could not read SRKP2 database", "Could not read SRKASP database",
+                              "No UNIFAC groups for component  1P", "No UNIFAC groups for component  6P",
+                              "User overwrite binary data failed"}));
+  EXPECT_EQ(open_units(), 0);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // The compiled bank of the build: every component loads, alone and in long lists.
 #include <cmath>
+#include <filesystem>
 
 #include "database/database_fixture.h"
 #include "database/load_order.h"
@@ -24,7 +25,7 @@ class RealBank : public DatabaseTest {
   static void expect_sound(I4 i) {
     EXPECT_GT(comp.ICSTD(i), 1);
     EXPECT_GT(comp.TC(i), 1.0);
-    EXPECT_LT(comp.TC(i), 3000.0);
+    EXPECT_LT(comp.TC(i), 4000.0);  // sodium chloride: 3400 K
     EXPECT_GT(comp.PC(i), 0.1);
     EXPECT_LT(comp.PC(i), 4000.0);
     EXPECT_GT(comp.RMOLW(i), 1.0);
@@ -67,6 +68,27 @@ TEST_F(RealBank, EveryComponentLoadsInListsOfFifty) {
       }
     }
   }
+}
+
+// Without the text directory the library falls back to the one in the old style, which names the same records.
+TEST_F(RealBank, DirectoryInTheOldStyleNamesTheSameRecords) {
+  namespace fs = std::filesystem;
+  std::vector<std::string> entries;
+  for (I4 k = 1; k <= directory.NDIR; ++k) entries.emplace_back(directory.CDENT(k).sub(1, 8));
+  ASSERT_TRUE(directory.NEWZANSTYLE);
+  const fs::path bank = fs::path(install_directory()) / "Zandor";
+  for (const char* const file : {"pzandir.out", "purezan.out"})
+    fs::copy_file(bank / file, folder / file, fs::copy_options::overwrite_existing);
+  I4 NFAIL = 0;
+  SSYAO2(folder.string() + "\\", NFAIL);
+  SDBPC0(NFAIL);
+  ASSERT_EQ(NFAIL, status::ok) << last_entry();
+  EXPECT_FALSE(directory.NEWZANSTYLE);
+  ASSERT_EQ(directory.NDIR, static_cast<I4>(entries.size()));
+  EXPECT_GT(directory.NDIR, 1200);
+  for (I4 k = 1; k <= directory.NDIR; ++k)
+    EXPECT_EQ(directory.CDENT(k).sub(1, 8), entries[static_cast<std::size_t>(k) - 1]) << k;
+  SSYAO2(install_directory() + "\\Zandor\\", NFAIL);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "bank/build.h"
+#include "bank/check_exceptions.h"
 #include "bank/dump.h"
 #include "bank/tables.h"
 #include "support/bank_source.h"
@@ -37,7 +38,33 @@ std::function<void(PureRecord&)> with_real(std::string_view field, float value) 
 }
 
 TEST(BankCheck, BankOfTheProjectIsSound) {
-  for (const std::string& fault : find_faults(compile_bank(kData).bank)) ADD_FAILURE() << fault;
+  ListedExceptions listed(kData);
+  for (const std::string& fault : listed.unlisted(find_faults(compile_bank(kData).bank))) ADD_FAILURE() << fault;
+}
+
+TEST(ListedExceptions, ExcuseTheFaultOfTheirRecordAndFieldOnly) {
+  const Folder folder;
+  folder.write("exceptions.csv", "number,code,field,reason\n22,\" 3P \",TC,a trial\n23,\" 4P \",VC,another\n");
+  ListedExceptions listed(folder.path());
+  const std::string mine = "purezan.out, record 22 (byte offset 21000): TC is -1 K, outside 3 to 2500";
+  const std::string other = "purezan.out, record 22 (byte offset 21000): PC is 0 MPa, outside 0.1 to 200";
+  const std::string pair = "binzan.out, record 1 (byte offset 0): TC";
+  EXPECT_EQ(fault_parts(mine).number, 22);
+  EXPECT_EQ(fault_parts(mine).what, "TC is -1 K, outside 3 to 2500");
+  EXPECT_EQ(fault_parts(pair).number, 0);
+  EXPECT_EQ(listed.unlisted({mine, other, pair}), (std::vector<std::string>{other, pair}));
+  EXPECT_EQ(listed.reason(22, "TC is 5"), "a trial");
+  EXPECT_FALSE(listed.reason(23, "TC is 5").has_value());
+  // The second row excuses nothing any more.
+  ASSERT_EQ(listed.unused().size(), 1U);
+  EXPECT_NE(listed.unused()[0].find("record 23, \"VC\""), std::string::npos);
+}
+
+TEST(ListedExceptions, WantAReason) {
+  const Folder folder;
+  folder.write("exceptions.csv", "number,code,field,reason\n22,\" 3P \",TC,\n");
+  EXPECT_THROW(ListedExceptions{folder.path()}, BankError);
+  EXPECT_TRUE(ListedExceptions(folder.path() / "absent").unlisted({"x"}).size() == 1U);
 }
 
 TEST(BankCheck, SmallBankIsSound) {
@@ -46,7 +73,7 @@ TEST(BankCheck, SmallBankIsSound) {
 
 TEST(BankCheck, FaultNamesFileRecordOffsetAndField) {
   const std::string fault = faults_after(with_real("TC", -1));
-  EXPECT_NE(fault.find("purezan.out, record 22 (byte offset 21000): TC is -1 K, outside 3 to 2500"),
+  EXPECT_NE(fault.find("purezan.out, record 22 (byte offset 21000): TC is -1 K, outside 3 to 4000"),
             std::string::npos)
       << fault;
 }

@@ -164,7 +164,23 @@ TEST(BankFiles, WhatIsWrittenIsReadBack) {
   EXPECT_EQ(read.directory.back().code, "LAST");
   EXPECT_EQ(read.pairs.at(0).bytes, bank.pairs.at(0).bytes);
   EXPECT_EQ(read.hydrate.size(), 1U);
-  EXPECT_FALSE(std::filesystem::exists(folder.path() / "pzandir.out"));
+  EXPECT_TRUE(std::filesystem::exists(folder.path() / "pzandir.out"));
+}
+
+TEST(BankFiles, OldDirectoryMayBeAbsentButMustNotDisagree) {
+  const Folder folder;
+  const Bank bank = small_bank(450);
+  write_bank(folder.path(), bank);
+  std::vector<DirectoryEntry> other = bank.directory;
+  other.at(20).code = "XXXX";
+  write_old_directory(folder.path(), other);
+  EXPECT_NE(error_of([&] { (void)read_bank(folder.path()); }).find("pzandir.out: its entries are not those"),
+            std::string::npos);
+  other.pop_back();
+  write_old_directory(folder.path(), other);
+  EXPECT_NE(error_of([&] { (void)read_bank(folder.path()); }), "");
+  std::filesystem::remove(folder.path() / "pzandir.out");
+  EXPECT_EQ(read_bank(folder.path()).directory.size(), 450U);
 }
 
 // A bank folder of which one file is altered before it is read.

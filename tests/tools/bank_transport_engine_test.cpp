@@ -44,7 +44,7 @@ std::vector<int> numbers_of_the_bank() {
 template <class Visit>
 void for_every_component(Visit visit) {
   const std::vector<int> numbers = numbers_of_the_bank();
-  ASSERT_EQ(numbers.size(), 123U);
+  ASSERT_GE(numbers.size(), 950U);
   for (std::size_t first = 0; first < numbers.size(); first += kMaxComponents) {
     const int count = static_cast<int>(std::min<std::size_t>(kMaxComponents, numbers.size() - first));
     test::fresh_library();

@@ -117,7 +117,7 @@ TEST(BankTransport, EveryComponentHasDensityAndVapourPressure) {
     EXPECT_TRUE(flag(record, "IDLI") == kTabulatedForm || real(record, "DDIP", 1) > 0.0) << code;
     EXPECT_EQ(real(record, "PANTO"), 0.0) << code;
   }
-  EXPECT_EQ(components, 123);
+  EXPECT_GE(components, 950);
 }
 
 TEST(BankTransport, ComponentWithoutSourcesHasItsSetsAbsent) {

@@ -28,6 +28,13 @@ TEST(Correlations, FormsGiveTheirDefinition) {
   EXPECT_NEAR(evaluate(form("DIPPR105", {2, 0.5, 400, 0.3}, 400), 300.0),
               2 / std::pow(0.5, 1 + std::pow(0.25, 0.3)), 1e-12);
   EXPECT_NEAR(evaluate(form("DIPPR106", {5, 0.4, 0.1}, 400), 300.0), 5 * std::pow(0.25, 0.4 + 0.075), 1e-12);
+  EXPECT_NEAR(evaluate(form("DIPPR102", {2, 0.5, 100, 2e4}), 100.0), 2 * 10 / (1 + 1 + 2), 1e-12);
+  EXPECT_NEAR(evaluate(form("DIPPR114", {2, 5, 3, 4}, 400), 200.0),
+              4 / 0.5 + 5 - 2 * 2 * 3 * 0.5 - 2 * 4 * 0.25 - 9 * 0.125 / 3 - 12 * 0.0625 / 2 - 16 * 0.03125 / 5, 1e-12);
+  EXPECT_NEAR(evaluate(form("ZABR_QUASI", {1, 2, 3, 4, 5, 6}, 400), 200.0),
+              8.314462618 * (std::log(0.5) + 4 + 3 + 2 + 1.25 + 0.75), 1e-9);
+  EXPECT_NEAR(evaluate(form("CS118", {1, 200, 0.5, 1e-4, 1}), 100.0),
+              std::exp(1 + 2 + 0.5 * std::log(100.0) + 1.0), 1e-9);
   EXPECT_NEAR(evaluate(form("ANTOINE_10", {9, 900, -50}), 350.0), 1e6, 1e-6);
   EXPECT_NEAR(evaluate(form("ANTOINE_E", {9, 900, -50}), 350.0), std::exp(6.0), 1e-9);
   EXPECT_NEAR(evaluate(form("WAGNER25", {-7, 1, -2, -3, 5e6}, 500), 500.0), 5e6, 1e-6);

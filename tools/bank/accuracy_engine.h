@@ -39,6 +39,7 @@ class EngineSet {
   [[nodiscard]] std::array<double, 8> heat_capacity(int index) const;
   // The curves as the engine holds them.
   [[nodiscard]] Curves curves(int index) const;
+  [[nodiscard]] int slot() const { return slot_; }             // of the model in the engine's table
   [[nodiscard]] double critical_temperature(int index) const;  // [K]
   [[nodiscard]] double critical_pressure(int index) const;     // [Pa]
 

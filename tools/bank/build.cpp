@@ -12,7 +12,9 @@
 #include "bank/catalogue_writer.h"
 #include "bank/elements.h"
 #include "bank/pairs.h"
+#include "bank/parameter_files.h"
 #include "bank/tables.h"
+#include "bank/user_data.h"
 #include "engine/codes.h"
 #include "eos/ssm_pure_generalised.h"
 
@@ -30,9 +32,8 @@ constexpr int kGroupLimit = 161;  // subgroup numbers from here on are no groups
 // A table that other tables refer to by component number. Absent file: an empty index.
 class ByNumber {
  public:
-  explicit ByNumber(const std::filesystem::path& file) {
-    if (!std::filesystem::exists(file)) return;
-    table_ = SourceTable::read(file);
+  explicit ByNumber(const std::optional<SourceTable>& table) : table_(table) {
+    if (!table_) return;
     for (std::size_t row = 0; row < table_->rows(); ++row) {
       const int number = table_->integer(row, "number", 2, kHighestNumber);
       if (!rows_.emplace(number, row).second)
@@ -58,9 +59,8 @@ class ByNumber {
 
 // A table with several rows of a component. Absent file: no rows.
 struct TransportRows {
-  explicit TransportRows(const std::filesystem::path& file) {
-    if (!std::filesystem::exists(file)) return;
-    table = SourceTable::read(file);
+  explicit TransportRows(const std::optional<SourceTable>& source) : table(source) {
+    if (!table) return;
     for (std::size_t row = 0; row < table->rows(); ++row)
       by_number[table->integer(row, "number", 2, kHighestNumber)].push_back(row);
   }
@@ -113,6 +113,11 @@ void fill_identity(PureRecord& record, const SourceTable& table, std::size_t row
   set_text(record, "ICS", code);
   set_text(record, "CIUPAC", name);
   set_text(record, "CMFNAM", brief);
+  if (table.has("interface_name")) {
+    const std::string& interface_name = table.text(row, "interface_name");
+    if (interface_name.size() > 12) table.fail(row, "interface_name", "write at most 12 characters");
+    set_text(record, "ASPNAM", interface_name);
+  }
   set_text(record, "cas", cas);
   set_text(record, "edition", kEdition);
   set_integer(record, "ISTAT2", kStateClass);
@@ -148,11 +153,11 @@ bool plain_hydrocarbon(const PureRecord& record) {
 
 // Constants. Those that every calculation needs are required, the others stay 0 where the table has none.
 void fill_constants(PureRecord& record, const SourceTable& table, std::size_t row) {
-  const double boiling = table.required(row, "tb_K", {"K", 1, 1500});
+  const double boiling = table.required(row, "tb_K", {"K", 1, 2000});
   const double omega = table.required(row, "omega", {"-", -0.5, 3});
-  set_real(record, "TC", table.required(row, "tc_K", {"K", 3, 2500}));
+  set_real(record, "TC", table.required(row, "tc_K", {"K", 3, 4000}));
   set_real(record, "PC", table.required(row, "pc_Pa", {"Pa", 1e5, 2e8}) / kPaPerMPa);
-  set_real(record, "VC", table.required(row, "vc_m3_per_mol", {"m3/mol", 2e-5, 5e-3}) * 1000);
+  set_real(record, "VC", table.required(row, "vc_m3_per_mol", {"m3/mol", 2e-5, 1e-2}) * 1000);
   set_real(record, "OMEGA", omega);
   set_real(record, "OMHV", omega);
   set_real(record, "RMOLW", table.required(row, "mw", {"g/mol", 1, 1500}));
@@ -167,6 +172,7 @@ void fill_constants(PureRecord& record, const SourceTable& table, std::size_t ro
   optional("HFUS", "hfus_J_per_mol", {"J/mol", 1, 5e5}, 1);
   optional("HCD", "hcomb_gross_J_per_mol", {"J/mol", 0, 1e8}, 1);
   optional("HCW", "hcomb_net_J_per_mol", {"J/mol", 0, 1e8}, 1);
+  if (table.has("gcomb_J_per_mol")) optional("GC", "gcomb_J_per_mol", {"J/mol", -1e6, 1e8}, 1);
 
   const auto gravity = table.number(row, "sg_60F", {"-", 0.01, 30});
   if (gravity) {
@@ -258,7 +264,9 @@ constexpr TransportField kTransportFields[] = {{"PSAT", "PSAT", "IPSA", 5, ""},
                                                {"TCV", "TCV", "", 2, ""},
                                                {"SURT", "SURT", "ISUR", 2, ""},
                                                {"PACHOR", "PACHOR", "", 1, ""},
-                                               {"PARL2", "PARL2", "ILVT", 5, ""}};
+                                               {"PARL2", "PARL2", "ILVT", 5, ""},
+                                               {"PANTO", "PANTO", "", 9, ""},
+                                               {"CCPL", "CCPL", "ICPL", 7, ""}};
 
 // The saturation and transport sets. A set without a row keeps its flag and its cells at 0. DLIP goes into the
 // record also with a flag of 0: the flash layer reads it without looking at the flag.
@@ -275,7 +283,9 @@ void fill_transport(PureRecord& record, const SourceTable& table, const std::vec
     for (int i = 0; i < at->count; ++i) {
       const bool second = !at->second.empty() && i >= 4;
       const int cell = pure_field(second ? at->second : at->field).cell + (second ? i - 4 : i);
-      const auto value = table.number(row, "c" + std::to_string(i + 1), {"-", -1e30, 1e30});
+      const std::string column = "c" + std::to_string(i + 1);
+      if (!table.has(column)) break;  // a table without sets that long
+      const auto value = table.number(row, column, {"-", -1e30, 1e30});
       record.set_real(cell, static_cast<float>(value.value_or(0)));
     }
   }
@@ -324,22 +334,32 @@ Curves fill_curves(PureRecord& record, const ByNumber& source, int number, const
   return Curves::generalised;
 }
 
-// The hydrate file without formers: only its own first entry.
-void fill_hydrate(Bank& bank) {
-  HydrateRecord own;
-  own.set_text(1, 10, kEdition);
-  bank.hydrate.push_back(own);
-  bank.hydrate_directory.push_back({right_justified(1), "    "});
-}
-
 }  // namespace
 
+BankSources read_sources(const std::filesystem::path& data_dir) {
+  const auto optional = [&](const char* name) -> std::optional<SourceTable> {
+    if (!std::filesystem::exists(data_dir / name)) return std::nullopt;
+    return SourceTable::read(data_dir / name);
+  };
+  return {.components = SourceTable::read(data_dir / "components.csv"),
+          .pairs = SourceTable::read(data_dir / "pairs.csv"),
+          .curves = optional("curves.csv"),
+          .ideal_gas = optional("ideal_gas.csv"),
+          .vapour_pressure = optional("vapour_pressure.csv"),
+          .transport = optional("transport.csv"),
+          .nrtl = optional("nrtl.csv")};
+}
+
 BuildResult compile_bank(const std::filesystem::path& data_dir) {
-  const SourceTable table = SourceTable::read(data_dir / "components.csv");
-  const ByNumber curves(data_dir / "curves.csv");
-  const ByNumber heat_capacity(data_dir / "ideal_gas.csv");
-  const ByNumber vapour_pressure(data_dir / "vapour_pressure.csv");
-  const TransportRows transport(data_dir / "transport.csv");
+  return compile_bank(read_sources(data_dir), data_dir);
+}
+
+BuildResult compile_bank(const BankSources& sources, const std::filesystem::path& data_dir) {
+  const SourceTable& table = sources.components;
+  const ByNumber curves(sources.curves);
+  const ByNumber heat_capacity(sources.ideal_gas);
+  const ByNumber vapour_pressure(sources.vapour_pressure);
+  const TransportRows transport(sources.transport);
 
   BuildResult result;
   std::map<int, std::string> codes;
@@ -387,10 +407,11 @@ BuildResult compile_bank(const std::filesystem::path& data_dir) {
     result.bank.pure.push_back(used ? found->second : blank_pure_record());
     result.bank.directory.push_back({right_justified(number), used ? codes.at(number) : "    "});
   }
-  result.bank.pairs = read_pair_records(SourceTable::read(data_dir / "pairs.csv"), codes);
+  result.bank.pairs = read_pair_records(sources.pairs, codes);
+  if (sources.nrtl) add_activity_sets(result.bank.pairs, *sources.nrtl, codes);
   if (result.bank.pairs.size() > kMostPairs)
     throw BankError("pairs.csv: more pairs than the directory holds");
-  fill_hydrate(result.bank);
+  add_hydrate_formers(result.bank, data_dir);
   return result;
 }
 
@@ -406,13 +427,20 @@ std::filesystem::path install_directory(const std::filesystem::path& out_dir) {
 
 int build_main(const BuildOptions& options) {
   try {
-    const BuildResult result = compile_bank(options.data_dir);
+    BankSources sources = read_sources(options.data_dir);
+    const std::vector<std::string> changes = apply_user_tables(sources, options.data_dir, options.with);
+    const BuildResult result = compile_bank(sources, options.data_dir);
     write_bank(options.out_dir, result.bank);
-    write_catalogue(options.data_dir, install_directory(options.out_dir));
+    const std::vector<ParameterFile> parameters =
+        write_parameter_files(options.out_dir, options.data_dir, result.bank.pure);
+    write_catalogue(sources.components, install_directory(options.out_dir));
+    for (const std::string& change : changes) std::cout << change << '\n';
     for (const std::string& note : result.notes) std::cout << note << '\n';
     std::cout << "wrote " << result.components << " components (" << result.fitted << " with fitted curves, "
               << result.generalised << " from the acentric factor) and " << result.bank.pairs.size()
               << " pairs to " << options.out_dir.string() << '\n';
+    for (const ParameterFile& file : parameters)
+      std::cout << "wrote " << file.records << " records to " << file.name << '\n';
     return 0;
   } catch (const BankError& error) {
     std::cerr << "talix-bank: " << error.what() << '\n';

@@ -7,7 +7,6 @@
 #include <string_view>
 #include <system_error>
 
-#include "bank/tables.h"
 
 namespace talix::bank {
 
@@ -46,7 +45,10 @@ std::string names_of(const SourceTable& table, std::size_t row) {
 }  // namespace
 
 void write_catalogue(const std::filesystem::path& data_dir, const std::filesystem::path& share_dir) {
-  const SourceTable table = SourceTable::read(data_dir / "components.csv");
+  write_catalogue(SourceTable::read(data_dir / "components.csv"), share_dir);
+}
+
+void write_catalogue(const SourceTable& table, const std::filesystem::path& share_dir) {
   std::filesystem::create_directories(share_dir);
   const std::filesystem::path file = share_dir / "catalogue.csv";
   std::ofstream out(file, std::ios::binary | std::ios::trunc);

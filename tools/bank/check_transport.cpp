@@ -99,9 +99,10 @@ void check_viscosity(const Sets& s) {
       s.fault("VIL", "one of the first three coefficients is 0, which makes it another form");
     s.within("VIL", "viscosity at 0.7 of the critical temperature [mPa s]",
              vil_viscosity(form, c, 0.7 * s.tc), 5e-4, 20.0);
-    double last = vil_viscosity(form, c, 0.5 * s.tc);
+    const double lowest = std::fmax(0.5 * s.tc, real(s.record, "TMELT"));
+    double last = vil_viscosity(form, c, lowest);
     for (int k = 1; k <= kSteps; ++k) {
-      const double v = vil_viscosity(form, c, s.tc * (0.5 + 0.5 * k / kSteps));
+      const double v = vil_viscosity(form, c, lowest + (s.tc - lowest) * k / kSteps);
       if (!(v > 0 && v < 1.01 * last)) {
         s.fault("VIL", "viscosity does not fall up to the critical temperature");
         break;

@@ -67,6 +67,21 @@ double pressure_or_density_sum(const Correlation& r, double T) {
   return s;
 }
 
+double dippr102(const std::array<double, 27>& c, double T) {
+  return c[0] * std::pow(T, c[1]) / (1.0 + c[2] / T + c[3] / (T * T));
+}
+
+double dippr114(const std::array<double, 27>& c, double t) {
+  const double t2 = t * t;
+  return c[0] * c[0] / t + c[1] - 2.0 * c[0] * c[2] * t - c[0] * c[3] * t2 - c[2] * c[2] * t2 * t / 3.0 -
+         c[2] * c[3] * t2 * t2 / 2.0 - c[3] * c[3] * t2 * t2 * t / 5.0;
+}
+
+double quasi_polynomial(const std::array<double, 27>& c, double r) {
+  return R_CODATA *
+         (c[0] * std::log(1.0 - r) + c[1] / (1.0 - r) + c[2] + r * (c[3] + r * (c[4] + r * c[5])));
+}
+
 double ratio(const Correlation& r, double T) {
   const int n = static_cast<int>(r.c[0]);
   return polynomial(r, 2, 1 + n, T) / polynomial(r, 2 + n, r.count, T);
@@ -109,6 +124,18 @@ double evaluate(const Correlation& row, double T) {
   }
   if (e == "SOMAYAJULU") {
     return c[0] * std::pow(t, 1.25) + c[1] * std::pow(t, 2.25) + c[2] * std::pow(t, 3.25);
+  }
+  if (e == "DIPPR102") {
+    return dippr102(c, T);
+  }
+  if (e == "DIPPR114") {
+    return dippr114(c, t);
+  }
+  if (e == "ZABR_QUASI") {
+    return quasi_polynomial(c, r);
+  }
+  if (e == "CS118") {
+    return std::exp(c[0] + c[1] / std::pow(T, c[4]) + c[2] * std::log(T) + c[3] * T * T);
   }
   if (e == "DIPPR105") {
     return c[0] / std::pow(c[1], 1.0 + std::pow(1.0 - T / c[2], c[3]));

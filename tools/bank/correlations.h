@@ -16,6 +16,7 @@ struct Correlation {
   double tc = 0.0;             // critical temperature of the form [K]
   int rank = 0;                // order of preference among the rows of one property
   std::string source;          // citation
+  bool estimated = false;      // made by an estimation method, not published for the compound
 };
 
 // Value at T [K] in the unit of the property (Pa, mol/m3, J/mol, J/(mol K), Pa s, W/(m K), N/m).

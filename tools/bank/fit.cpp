@@ -1,93 +1,46 @@
 #include "bank/fit.h"
 
-#include "bank/fit_csv.h"
-#include "bank/fit_linear.h"
-#include "bank/transport_tables.h"
-
 #include <algorithm>
 #include <atomic>
+#include <csignal>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <mutex>
+#include <system_error>
 #include <thread>
+
+#include "bank/fit_journal.h"
+#include "bank/fit_progress.h"
+#include "bank/transport_tables.h"
 
 namespace talix::bank {
 
 namespace {
 
-// The three table rows of one component, ready to write.
-struct Rows {
-  std::string curves, ideal_gas, vapour_pressure;
+volatile std::sig_atomic_t interrupted = 0;
+
+// While it lives, an interrupt or a request to end asks the fit to stop behind the components at work.
+class InterruptGuard {
+ public:
+  InterruptGuard() {
+    interrupted = 0;
+    struct sigaction action{};
+    action.sa_handler = [](int) { interrupted = 1; };
+    ::sigaction(SIGINT, &action, &old_int_);
+    ::sigaction(SIGTERM, &action, &old_term_);
+  }
+  ~InterruptGuard() {
+    ::sigaction(SIGINT, &old_int_, nullptr);
+    ::sigaction(SIGTERM, &old_term_, nullptr);
+  }
+  InterruptGuard(const InterruptGuard&) = delete;
+  InterruptGuard& operator=(const InterruptGuard&) = delete;
+
+ private:
+  struct sigaction old_int_{}, old_term_{};
 };
-
-constexpr const char* CURVES_HEADER =
-    "number,code,basis,p1,p2,p3,p4,p5,p6,p7,p8,p9,p10,p11,p12,p13,p14,p15,"
-    "psat_mean_pct,psat_max_pct,rho_mean_pct,rho_max_pct,super_mean_pct,source";
-constexpr const char* IDEAL_HEADER =
-    "number,code,c1,c2,c3,c4,c5,c6,c7,c8,tmin_K,tmax_K,mean_pct,max_pct,source";
-constexpr const char* VAPOUR_HEADER = "number,code,w1,w2,w3,w4,mean_pct,max_pct,source";
-
-std::string number(double v, const char* format = "%.9g") {
-  char text[40];
-  std::snprintf(text, sizeof text, format, v);
-  return text;
-}
-
-std::string quoted(const std::string& text) {
-  std::string out = "\"";
-  for (const char c : text) {
-    out += c;
-    if (c == '"') {
-      out += '"';
-    }
-  }
-  return out + "\"";
-}
-
-std::string percent(double v) { return number(v, "%.3f"); }
-
-Rows fit_one(const ReferenceTables& tables, const FitComponent& c, std::string& log) {
-  const Reference ref = reference_of(tables, c);
-  const HeatCapacityFit cp = fit_heat_capacity(ref);
-  const WagnerFit wagner = fit_wagner(c, ref);
-  const CurveFit fit = fit_curves(c, ref, cp.c);
-  const CurveFigures f = figures_of(c, ref, fit.curves, cp.c);
-  const std::string head = std::to_string(c.number) + "," + quoted(c.code) + ",";
-  Rows rows;
-  rows.curves = head + fit.basis;
-  for (const double v : fit.curves.p) {
-    rows.curves += "," + number(v);
-  }
-  rows.curves += "," + percent(f.psat.mean) + "," + percent(f.psat.worst) + "," + percent(f.rhol.mean) + "," +
-                 percent(f.rhol.worst) + "," + (f.rho_gas.n > 0 ? percent(f.rho_gas.mean) : std::string()) +
-                 "," + quoted(ref.source);
-  if (!ref.cp.empty()) {
-    rows.ideal_gas = head;
-    for (const double v : cp.c) {
-      rows.ideal_gas += number(v) + ",";
-    }
-    rows.ideal_gas += number(cp.tmin, "%g") + "," + number(cp.tmax, "%g") + "," + percent(cp.deviation.mean) +
-                      "," + percent(cp.deviation.worst) + "," + quoted(ref.cp_source);
-  }
-  rows.vapour_pressure = head;
-  for (const double v : wagner.w) {
-    rows.vapour_pressure += number(v) + ",";
-  }
-  rows.vapour_pressure +=
-      percent(wagner.deviation.mean) + "," + percent(wagner.deviation.worst) + "," + quoted(ref.source);
-  char text[400];
-  std::snprintf(text, sizeof text,
-                "%-24s %-10.10s psat %.3f/%.2f rho %.3f/%.2f rhov %.2f hv %.2f/%.1f | gas rho %.3f/%.2f cp "
-                "%.2f w %.2f | "
-                "zone a %.2f b %.2f h %.3f | cp %.3f/%.2f wag %.3f/%.2f cost %.0f",
-                c.name.c_str(), fit.basis.c_str(), f.psat.mean, f.psat.worst, f.rhol.mean, f.rhol.worst,
-                f.rhov.mean, f.hvap.mean, f.hvap.worst, f.rho_gas.mean, f.rho_gas.worst, f.cp_gas.mean,
-                f.w_gas.mean, f.zone_a, f.zone_b, f.zone_h, cp.deviation.mean, cp.deviation.worst,
-                wagner.deviation.mean, wagner.deviation.worst, fit.cost);
-  log = text;
-  return rows;
-}
 
 bool selected(const FitOptions& options, const FitComponent& c) {
   const auto is = [&](const std::string& key) {
@@ -96,87 +49,101 @@ bool selected(const FitOptions& options, const FitComponent& c) {
   return options.only.empty() || std::any_of(options.only.begin(), options.only.end(), is);
 }
 
-// Rows of an existing table by catalogue number, as they stand.
-std::map<int, std::string> existing(const std::string& path) {
-  std::map<int, std::string> rows;
+using TableRows = std::map<int, std::vector<std::string>>;  // rows of a table by catalogue number
+
+// Rows of a table as they stand; none where there is no table. False for a table with other columns.
+bool existing(const std::string& path, const std::string& header, TableRows& rows) {
   std::ifstream in(path);
   std::string line;
-  bool header = true;
+  bool first = true;
   while (std::getline(in, line)) {
-    if (line.empty() || line[0] == '#') {
-      continue;
-    }
-    if (!header) {
-      rows[std::atoi(line.c_str())] = line;
-    }
-    header = false;
+    if (line.empty() || line[0] == '#') continue;
+    if (first && line != header) return false;
+    if (!first) rows[std::atoi(line.c_str())].push_back(line);
+    first = false;
   }
-  return rows;
+  return true;
 }
 
-bool write_table(const std::string& path, const char* comment, const char* header,
-                 const std::map<int, std::string>& rows) {
-  std::ofstream out(path);
-  out << "# " << comment << "\n# Made by talix-bank fit; do not edit by hand.\n" << header << "\n";
-  for (const auto& [key, line] : rows) {
-    out << line << "\n";
+// A table takes its place only when it is whole.
+bool write_table(const std::string& path, const char* comment, const char* header, const TableRows& rows) {
+  const std::string part = path + ".part";
+  {
+    std::ofstream out(part);
+    out << "# " << comment << "\n# Made by talix-bank fit; do not edit by hand.\n" << header << "\n";
+    for (const auto& [number, lines] : rows)
+      for (const std::string& line : lines) out << line << "\n";
+    if (!out.flush()) return false;
   }
-  return static_cast<bool>(out);
+  std::error_code failed;
+  std::filesystem::rename(part, path, failed);
+  return !failed;
 }
 
-// The three tables of the equation of state and the ideal gas.
-bool fit_curve_tables(const FitOptions& options, const ReferenceTables& tables,
-                      const std::vector<const FitComponent*>& todo) {
-  std::vector<Rows> results(todo.size());
-  std::atomic<std::size_t> next{0}, done{0};
-  std::mutex print;
+// One component of a run.
+struct Task {
+  const FitComponent* component = nullptr;
+  const Curves* given = nullptr;
+  std::uint64_t key = 0;
+  ComponentRows rows;
+  bool done = false;
+};
+
+// Works off the tasks on several threads; false after an interrupt.
+bool run(std::vector<Task>& tasks, const ReferenceTables& tables, const FitParts& parts, const FitOptions& options,
+         FitJournal& journal, FitProgress& progress) {
+  std::atomic<std::size_t> next{0};
+  std::mutex turn;
   const auto work = [&] {
-    for (std::size_t i = next++; i < todo.size(); i = next++) {
-      std::string log;
-      results[i] = fit_one(tables, *todo[i], log);
-      const std::lock_guard<std::mutex> lock(print);
-      std::fprintf(stderr, "[%zu/%zu] %s\n", ++done, todo.size(), log.c_str());
+    for (std::size_t i = next++; i < tasks.size() && interrupted == 0; i = next++) {
+      Task& task = tasks[i];
+      if (task.done) continue;
+      task.rows = fit_component(tables, *task.component, parts, task.given);
+      const std::lock_guard<std::mutex> lock(turn);
+      task.done = true;
+      journal.add(task.component->number, task.key, task.rows);
+      progress.step(task.component->name);
+      if (options.verbose) std::fprintf(stderr, "%s\n", task.rows.log.c_str());
     }
   };
-  const unsigned cores = std::max(1U, std::thread::hardware_concurrency());
+  const std::size_t cores = std::max(1U, std::thread::hardware_concurrency());
   const std::size_t jobs = options.jobs > 0 ? static_cast<std::size_t>(options.jobs) : cores;
   std::vector<std::thread> threads;
-  for (std::size_t k = 0; k + 1 < std::min(jobs, todo.size()); ++k) {
-    threads.emplace_back(work);
-  }
+  for (std::size_t k = 0; k + 1 < std::min(jobs, tasks.size()); ++k) threads.emplace_back(work);
   work();
-  for (std::thread& t : threads) {
-    t.join();
-  }
+  for (std::thread& t : threads) t.join();
+  progress.finish();
+  return std::all_of(tasks.begin(), tasks.end(), [](const Task& t) { return t.done; });
+}
+
+bool write_tables(const FitOptions& options, const std::vector<Task>& tasks) {
   const std::string dir = options.data_dir + "/";
-  std::map<int, std::string> curves, ideal, vapour;
-  if (!options.only.empty()) {
-    curves = existing(dir + "curves.csv");
-    ideal = existing(dir + "ideal_gas.csv");
-    vapour = existing(dir + "vapour_pressure.csv");
-  }
-  for (std::size_t i = 0; i < todo.size(); ++i) {
-    curves[todo[i]->number] = results[i].curves;
-    vapour[todo[i]->number] = results[i].vapour_pressure;
-    if (!results[i].ideal_gas.empty()) {
-      ideal[todo[i]->number] = results[i].ideal_gas;
+  const auto table = [&](const char* name, const char* comment, const char* header, auto rows_of) {
+    TableRows rows;
+    if (!options.only.empty() && !existing(dir + name, header, rows)) return false;
+    for (const Task& t : tasks) {
+      rows[t.component->number] = rows_of(t.rows);
+      std::erase(rows[t.component->number], std::string());
     }
+    return write_table(dir + name, comment, header, rows);
+  };
+  using Lines = std::vector<std::string>;
+  if (options.curves) {
+    const bool written =
+        table("curves.csv", kCurvesComment, kCurvesHeader, [](const ComponentRows& r) { return Lines{r.curves}; }) &&
+        table("ideal_gas.csv", kIdealComment, kIdealHeader,
+              [](const ComponentRows& r) { return Lines{r.ideal_gas}; }) &&
+        table("vapour_pressure.csv", kVapourComment, kVapourHeader,
+              [](const ComponentRows& r) { return Lines{r.vapour_pressure}; });
+    if (!written) return false;
   }
-  return write_table(
-             dir + "curves.csv",
-             "Curve constants of the cubic equation. Deviations over reduced temperatures 0.40 to 0.98; "
-             "super: gas "
-             "density above the critical temperature up to 400 bar.",
-             CURVES_HEADER, curves) &&
-         write_table(dir + "ideal_gas.csv",
-                     "Ideal-gas heat capacity [J/(mol K)] = c1 + c2 T + c3 T^2 + c4 T^3 + c5 T^4 + c6 T^5 + "
-                     "c7/T + c8/T^2, "
-                     "T in K.",
-                     IDEAL_HEADER, ideal) &&
-         write_table(dir + "vapour_pressure.csv",
-                     "ln(psat/Pc) = (w1 q + w2 q^1.5 + w3 q^3 + w4 q^6)/(T/Tc), q = 1 - T/Tc; Tc, Pc of "
-                     "components.csv.",
-                     VAPOUR_HEADER, vapour);
+  return !options.transport || table("transport.csv", kTransportComment, kTransportHeader,
+                                     [](const ComponentRows& r) { return r.transport; });
+}
+
+int fail(const std::string& what) {
+  std::fprintf(stderr, "talix-bank fit: %s\n", what.c_str());
+  return 1;
 }
 
 }  // namespace
@@ -184,29 +151,58 @@ bool fit_curve_tables(const FitOptions& options, const ReferenceTables& tables,
 int fit_main(const FitOptions& options) {
   ReferenceTables tables;
   std::string message;
-  if (!read_reference(options.data_dir, tables, message)) {
-    std::fprintf(stderr, "talix-bank fit: %s\n", message.c_str());
-    return 1;
-  }
-  std::vector<const FitComponent*> todo;
+  if (!read_reference(options.data_dir, tables, message)) return fail(message);
+  const FitParts parts{options.curves, options.transport};
+  std::map<int, Curves> given;
+  if (!parts.curves && !read_curves(options.data_dir, tables, given))
+    return fail("cannot read " + options.data_dir + "/curves.csv");
+  std::vector<Task> tasks;
   for (const FitComponent& c : tables.components) {
-    if (selected(options, c)) {
-      todo.push_back(&c);
+    if (!selected(options, c)) continue;
+    Task task;
+    task.component = &c;
+    if (!parts.curves) task.given = &given.at(c.number);
+    task.key = fit_key(tables, c, parts, task.given);
+    tasks.push_back(task);
+  }
+  if (tasks.empty()) return fail("no component of that name");
+
+  FitJournal journal(options.data_dir, options.fresh);
+  std::size_t taken_over = 0;
+  for (Task& task : tasks) {
+    const ComponentRows* const rows = journal.find(task.component->number, task.key);
+    if (rows == nullptr) continue;
+    task.rows = *rows;
+    task.done = true;
+    ++taken_over;
+  }
+  if (taken_over > 0 && !options.silent)
+    std::fprintf(stderr, "%zu components taken over from the run that was interrupted\n", taken_over);
+
+  FitProgress progress(tasks.size(), taken_over, options.silent || options.verbose);
+  {
+    const InterruptGuard guard;
+    if (!run(tasks, tables, parts, options, journal, progress)) {
+      std::fprintf(stderr, "talix-bank fit: interrupted; the same command goes on from here\n");
+      return kFitInterrupted;
     }
   }
-  if (todo.empty()) {
-    std::fprintf(stderr, "talix-bank fit: no component of that name\n");
-    return 1;
+  if (!write_tables(options, tasks)) return fail("cannot write the tables in " + options.data_dir +
+                                                         (options.only.empty()
+                                                              ? ""
+                                                              : ", or they have other columns; fit all components"));
+  std::vector<int> numbers;
+  for (const Task& t : tasks) numbers.push_back(t.component->number);
+  journal.finish(numbers);
+  if (options.silent) return 0;
+  std::size_t notes = 0;
+  for (const Task& t : tasks) {
+    if (t.rows.note.empty()) continue;
+    ++notes;
+    std::fprintf(stderr, "%d %s: %s\n", t.component->number, t.component->name.c_str(), t.rows.note.c_str());
   }
-  if (options.curves && !fit_curve_tables(options, tables, todo)) {
-    std::fprintf(stderr, "talix-bank fit: cannot write the tables in %s\n", options.data_dir.c_str());
-    return 1;
-  }
-  if (options.transport &&
-      !fit_transport_table(options.data_dir, tables, todo, !options.only.empty(), message)) {
-    std::fprintf(stderr, "talix-bank fit: %s\n", message.c_str());
-    return 1;
-  }
+  std::fprintf(stderr, "fitted %zu components in %.0f s, %zu of them with less than a full fit\n",
+               tasks.size() - taken_over, progress.seconds(), notes);
   return 0;
 }
 

@@ -29,6 +29,8 @@ struct CurveFit {
   std::string basis;
   double cost = 0.0;  // half the sum of squared weighted residuals
   int starts = 0;
+  int constants = 15;  // how many were free
+  std::string note;    // why the curves are less than a full fit; empty otherwise
 };
 
 // Fits the constants. cp_ig: coefficients c1..c8 of the ideal-gas heat capacity.

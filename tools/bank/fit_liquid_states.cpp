@@ -53,7 +53,8 @@ struct Residuals {
     for (std::size_t i = 0; i < targets->size(); ++i) {
       const Target& t = (*targets)[i];
       const double v = model_value(c, molar_mass, t);
-      residuals[i] = v > 0.0 && std::isfinite(v) ? std::log(v / t.value) : kNoLiquid;
+      const double ratio = v / t.value;
+      residuals[i] = ratio > 0.0 && std::isfinite(ratio) ? std::log(ratio) : kNoLiquid;
     }
     // A faint pull to the expected volume settles it where the data do not.
     residuals[targets->size()] = kPull * static_cast<double>(targets->size()) * std::log(c[1] / volume);

@@ -88,6 +88,20 @@ struct PressureSource {
   double score = 0.0;  // mean misfit, lack of coverage and rank
 };
 
+// From where a relation ends well below the critical point it is led on as corresponding states do, drawn to both ends.
+std::vector<SatPoint> guides_behind(const FitComponent& c, const std::vector<SatPoint>& points) {
+  constexpr double kEarly = 0.85, kStep = 0.025, kTop = 0.98;  // of Tc
+  std::vector<SatPoint> guides;
+  const double end = points.back().T / c.tc;
+  if (end > kEarly) return guides;
+  const double off = std::log(points.back().psat / c.pc) - lee_kesler_lnpr(end, c.omega);
+  for (double tr = end + kStep; tr < kTop; tr += kStep) {
+    const double ln = lee_kesler_lnpr(tr, c.omega) + off * (1.0 - tr) / (1.0 - end);
+    guides.push_back({tr * c.tc, c.pc * std::exp(ln), 0.0, 0.0, 0.0});
+  }
+  return guides;
+}
+
 // Misfit of the anchored form tells whether a relation agrees with the critical point of the component: some
 // published sets belong to another critical temperature or pressure.
 PressureSource judged(const FitComponent& c, const Correlation& row, int order) {
@@ -107,13 +121,20 @@ PressureSource judged(const FitComponent& c, const Correlation& row, int order) 
     s.score = 1e9;
     return s;
   }
-  s.wagner = wagner_through(c, points);
+  s.wagner = wagner_through(c, points, guides_behind(c, points));
   double misfit = 0.0;
   for (const SatPoint& p : points) {
     misfit += std::fabs(std::log(p.psat / wagner_pressure(c, s.wagner, p.T)));
   }
   const double count = static_cast<double>(points.size());
   s.score = misfit / count + 0.10 * (1.0 - count / grid) + 0.004 * order;
+  // A source that does not boil at the boiling point, or is an estimate, stands back.
+  constexpr double kMostAtBoiling = 0.06, kEstimate = 0.08;
+  if (c.tb > 0.35 * c.tc && !c.sublimes) {
+    const double p = c.tb >= row.tmin && c.tb <= row.tmax ? evaluate(row, c.tb) : wagner_pressure(c, s.wagner, c.tb);
+    s.score += std::fmin(std::fabs(std::log(p / 101325.0)), kMostAtBoiling);
+  }
+  if (row.estimated) s.score += kEstimate;
   return s;
 }
 
@@ -131,9 +152,9 @@ double joined_pressure(const std::vector<PressureSource>& sources, const FitComp
   const double joint = main.row->tmin;
   for (const PressureSource& s : sources) {
     const bool covers = T >= s.row->tmin && joint <= s.row->tmax;
-    if (covers && std::fabs(std::log(evaluate(*s.row, joint) / evaluate(*main.row, joint))) < 0.15) {
-      return evaluate(*s.row, T);
-    }
+    if (!covers) continue;
+    const double scale = evaluate(*main.row, joint) / evaluate(*s.row, joint);  // so that both meet
+    if (std::fabs(std::log(scale)) < 0.15) return scale * evaluate(*s.row, T);
   }
   return std::nan("");
 }
@@ -185,19 +206,12 @@ void saturation_from_relations(const ReferenceTables& t, const FitComponent& c, 
     }
     ref.sat.push_back({T, p, rho, 0.0, h});
   }
-  ref.basis = "correlations";
+  ref.psat_estimated = sources.front().row->estimated;
+  ref.rhol_estimated = ur == nullptr || ur->estimated;
+  ref.hvap_estimated = uh == nullptr || uh->estimated;
+  ref.basis = ref.psat_estimated ? "generalised" : "correlations";
   ref.source = "psat: " + sources.front().row->source + "; density: " +
                (ur != nullptr ? ur->source : std::string("Yamada and Gunn 1973, generalised"));
-}
-
-void saturation_generalised(const FitComponent& c, Reference& ref) {
-  for (int k = 0; k <= 27; ++k) {
-    const double tr = 0.44 + 0.02 * k;
-    ref.sat.push_back({tr * c.tc, c.pc * std::exp(lee_kesler_lnpr(tr, c.omega)),
-                       generalised_liquid_density(c, tr), 0.0, 0.0});
-  }
-  ref.basis = "generalised";
-  ref.source = "Lee and Kesler 1975; Yamada and Gunn 1973";
 }
 
 bool covers(const Correlation& row, double T) { return T >= row.tmin && T <= row.tmax; }
@@ -248,6 +262,7 @@ void ideal_gas(const ReferenceTables& t, const FitComponent& c, Reference& ref) 
   const Correlation* widest = widest_of(rows);
   if (core != nullptr && widest != nullptr) {
     ref.cp_source = core->source;
+    ref.cp_estimated = core->estimated;
     constexpr int kLowPoints = 10;
     constexpr double kKnee = 200.0, kStep = 20.0, kTop = 1500.0;
     const double bottom = std::fmin(150.0, std::fmax(20.0, 0.45 * c.tc));
@@ -276,14 +291,19 @@ double wagner_pressure(const FitComponent& c, const std::array<double, 4>& w, do
          std::exp((w[0] * q + w[1] * std::pow(q, 1.5) + w[2] * q * q * q + w[3] * std::pow(q, 6)) * c.tc / T);
 }
 
-std::array<double, 4> wagner_through(const FitComponent& c, const std::vector<SatPoint>& points) {
+std::array<double, 4> wagner_through(const FitComponent& c, const std::vector<SatPoint>& points,
+                                     const std::vector<SatPoint>& guides) {
   // The rows are relative errors of the pressure; a faint pull to zero settles coefficients without data.
-  const auto n = static_cast<Eigen::Index>(points.size());
+  constexpr double kGuideWeight = 0.1;
+  const auto own = static_cast<Eigen::Index>(points.size());
+  const Eigen::Index n = own + static_cast<Eigen::Index>(guides.size());
   Eigen::MatrixXd m = Eigen::MatrixXd::Zero(n + 4, 4);
   Eigen::VectorXd y = Eigen::VectorXd::Zero(n + 4);
   for (Eigen::Index r = 0; r < n; ++r) {
-    const SatPoint& s = points[static_cast<std::size_t>(r)];
-    const double tr = s.T / c.tc, q = 1.0 - tr, w = tr < 0.40 ? 0.2 : 1.0;
+    const SatPoint& s =
+        r < own ? points[static_cast<std::size_t>(r)] : guides[static_cast<std::size_t>(r - own)];
+    const double tr = s.T / c.tc, q = 1.0 - tr;
+    const double w = r < own ? (tr < 0.40 ? 0.2 : 1.0) : kGuideWeight;
     m.row(r) << w * q / tr, w * std::pow(q, 1.5) / tr, w * q * q * q / tr, w * std::pow(q, 6) / tr;
     y(r) = w * std::log(s.psat / c.pc);
   }
@@ -322,11 +342,16 @@ bool read_reference(const std::string& data_dir, ReferenceTables& tables, std::s
     c.code.resize(4, ' ');
     c.cas = t.text(i, "cas");
     c.name = t.text(i, "name");
+    c.family = t.text(i, "family");
     c.tc = static_cast<double>(static_cast<float>(t.number(i, "tc_K", 0.0)));
     c.pc = static_cast<double>(static_cast<float>(t.number(i, "pc_Pa", 0.0) * 1e-6)) * 10.0 * 100000.0;
     c.omega = t.number(i, "omega", 0.0);
     c.mw = t.number(i, "mw", 0.0);
     c.vc = t.number(i, "vc_m3_per_mol", 0.0);
+    c.tb = t.number(i, "tb_K", 0.0);
+    c.tm = t.number(i, "tm_K", 0.0);
+    c.hvap_tb = t.number(i, "hvap_tb_J_per_mol", 0.0);
+    c.sublimes = t.text(i, "src_tb").ends_with("^") || (c.tm > 0.0 && c.tb < c.tm);
     // Of the elements only the noble gases and mercury are single atoms.
     for (const char* formula : {"He", "Ne", "Ar", "Kr", "Xe", "Hg"})
       c.monatomic = c.monatomic || t.text(i, "formula") == formula;
@@ -373,10 +398,23 @@ bool read_reference(const std::string& data_dir, ReferenceTables& tables, std::s
       r.tc = t.number(i, "tc_used_K", 0.0);
       r.rank = static_cast<int>(t.number(i, "rank", 0.0));
       r.source = t.text(i, "source");
+      r.estimated = r.source.starts_with("EST") || t.text(i, "flag").find("estimated") != std::string::npos;
       tables.relations[t.text(i, "cas")][t.text(i, "property")].push_back(r);
     }
   }
   return true;
+}
+
+void saturation_generalised(const FitComponent& c, Reference& ref) {
+  ref.sat.clear();
+  for (int k = 0; k <= 27; ++k) {
+    const double tr = 0.44 + 0.02 * k;
+    ref.sat.push_back({tr * c.tc, c.pc * std::exp(lee_kesler_lnpr(tr, c.omega)),
+                       generalised_liquid_density(c, tr), 0.0, 0.0});
+  }
+  ref.psat_estimated = ref.rhol_estimated = true;
+  ref.basis = "generalised";
+  ref.source = "Lee and Kesler 1975; Yamada and Gunn 1973";
 }
 
 Reference reference_of(const ReferenceTables& tables, const FitComponent& c) {
@@ -394,7 +432,6 @@ Reference reference_of(const ReferenceTables& tables, const FitComponent& c) {
     saturation_from_relations(tables, c, ref);
   }
   if (ref.sat.size() < 8) {
-    ref.sat.clear();
     saturation_generalised(c, ref);
   }
   std::sort(ref.sat.begin(), ref.sat.end(), [](const SatPoint& a, const SatPoint& b) { return a.T < b.T; });

@@ -16,11 +16,16 @@ struct FitComponent {
   std::string code;  // four characters
   std::string cas;
   std::string name;
+  std::string family;  // as components.csv has it
   double tc = 0.0;     // critical temperature [K], rounded to 32 bits
   double pc = 0.0;     // critical pressure [Pa], rounded to 32 bits
   double omega = 0.0;  // acentric factor [-]
   double mw = 0.0;     // molar mass [g/mol]
   double vc = 0.0;     // critical volume [m3/mol]
+  double tb = 0.0;     // boiling point at 1 atm [K]; 0: none given
+  double tm = 0.0;     // melting point [K]; 0: none given
+  double hvap_tb = 0.0;     // heat of vaporisation at the boiling point [J/mol]; 0: none given
+  bool sublimes = false;    // tb is the temperature at which the solid has 1 atm
   bool monatomic = false;
 };
 
@@ -60,6 +65,8 @@ struct Reference {
   std::vector<GasPoint> gas;    // measured-quality points
   std::vector<GasPoint> guide;  // corresponding-states points above the critical temperature
   std::vector<CpPoint> cp;      // ascending in T
+  // Made by an estimation method, not published for the compound.
+  bool psat_estimated = false, rhol_estimated = false, hvap_estimated = false, cp_estimated = false;
 };
 
 // The tables as read from the data directory.
@@ -76,11 +83,16 @@ struct ReferenceTables {
 // Reads components.csv and the reference tables; false and a message where one is missing.
 bool read_reference(const std::string& data_dir, ReferenceTables& tables, std::string& message);
 
+// The saturation line of corresponding states, for components without any data or whose data no curves can follow.
+void saturation_generalised(const FitComponent& c, Reference& ref);
+
 // Puts the reference of one component together.
 Reference reference_of(const ReferenceTables& tables, const FitComponent& c);
 
 // ln(psat/Pc) = (w1 q + w2 q^1.5 + w3 q^3 + w4 q^6)/(T/Tc), q = 1 - T/Tc, least squares through the points.
-std::array<double, 4> wagner_through(const FitComponent& c, const std::vector<SatPoint>& points);
+// GUIDES count little: they settle the form where the points end early.
+std::array<double, 4> wagner_through(const FitComponent& c, const std::vector<SatPoint>& points,
+                                     const std::vector<SatPoint>& guides = {});
 double wagner_pressure(const FitComponent& c, const std::array<double, 4>& w, double T);  // [Pa]
 
 // Compressibility of the Lee-Kesler relation [-] at tr >= 1.05; 0 where it finds no density.

@@ -41,13 +41,19 @@ double sigma_rhol(double tr, double rise) {
   return tr > 0.951 ? 0.003 + rise * (tr - 0.95) : 0.002;
 }
 
+constexpr double kPipeline = 102e5;  // pressures up to here count most for the gases of aims of their own [Pa]
+
 double sigma_gas(const FitComponent& c, const GasPoint& g, const Aims& aims) {
   const double tr = g.T / c.tc;
   double s = g.derived ? 0.02 : aims.gas;
-  if (tr < 1.25) {
-    s *= tr < 1.08 ? 25.0 : (tr < 1.15 ? 12.0 : 4.0);  // next to the critical point the form cannot follow
+  if (tr < 1.25) {  // next to the critical point the form cannot follow
+    s *= tr < 1.08 ? aims.near[0] : (tr < 1.15 ? aims.near[1] : aims.near[2]);
   }
-  if (g.P > 300e5) {
+  if (!g.derived && g.P < kPipeline) {
+    s *= aims.gas_low;
+  } else if (!g.derived && g.P < 2.0 * kPipeline) {
+    s *= aims.gas_mid;
+  } else if (g.P > 300e5 || aims.gas_mid > 1.0) {
     s *= aims.gas_far;
   }
   if (g.P > 400e5) {
@@ -78,7 +84,78 @@ double softened_residual(double r, double width) {
   return std::copysign(width * std::sqrt(2.0 * (std::sqrt(1.0 + q * q) - 1.0)), r);
 }
 
-void saturation_residuals(const Problem& pb, const Curves& cv, std::vector<double>& r) {
+// Slopes of F by a and b at constant volume; those of ln(fugacity coefficient) at constant pressure are the same.
+struct Slopes {
+  double A, B;
+};
+
+Slopes helmholtz_slopes(double A, double B, double w) {
+  const double L = std::log1p(B / w);
+  return {-L / B, 1.0 / (w - B) + A * L / (B * B) - A / (B * (w + B))};
+}
+
+// Slopes of ln(volume) by a and b where ln(pressure) moves with the slopes given.
+Slopes volume_slopes(double A, double B, double u, double w, double pr, const Slopes& lnp) {
+  const double pw =
+      u * (-1.0 / ((w - B) * (w - B)) + A * (2.0 * w + B) / (w * w * (w + B) * (w + B)));
+  const double pA = -u / (w * (w + B));
+  const double pB = u * (1.0 / ((w - B) * (w - B)) + A / (w * (w + B) * (w + B)));
+  return {(pr * lnp.A - pA) / pw / w, (pr * lnp.B - pB) / pw / w};
+}
+
+Tangent saturated_tangent(const AB& ab, double u, double pr_start) {
+  const Saturation s = saturation(ab, u, pr_start);
+  Tangent t;
+  t.ok = s.ok;
+  t.A = ab.A;
+  t.B = ab.B;
+  if (!s.ok) return t;
+  const double wl = s.ZL * u / s.pr, wv = s.ZV * u / s.pr;
+  const Slopes l = helmholtz_slopes(ab.A, ab.B, wl), v = helmholtz_slopes(ab.A, ab.B, wv);
+  const Slopes p = {(l.A - v.A) / (s.ZV - s.ZL), (l.B - v.B) / (s.ZV - s.ZL)};
+  const Slopes dl = volume_slopes(ab.A, ab.B, u, wl, s.pr, p), dv = volume_slopes(ab.A, ab.B, u, wv, s.pr, p);
+  t.lnp = std::log(s.pr);
+  t.lnwl = std::log(wl);
+  t.lnwv = std::log(wv);
+  t.pA = p.A, t.pB = p.B, t.lA = dl.A, t.lB = dl.B, t.vA = dv.A, t.vB = dv.B;
+  return t;
+}
+
+Tangent gas_tangent(const AB& ab, double u, double pr) {
+  const Root root = stable_root(ab, u, pr);
+  Tangent t;
+  t.ok = root.ok;
+  t.A = ab.A;
+  t.B = ab.B;
+  t.lnp = std::log(pr);
+  if (!root.ok) return t;
+  const double w = root.Z * u / pr;
+  const Slopes d = volume_slopes(ab.A, ab.B, u, w, pr, {0.0, 0.0});
+  t.lnwl = std::log(w);
+  t.lA = d.A, t.lB = d.B;
+  return t;
+}
+
+// The state at AB: along the tangent that was noted for it, or solved and noted.
+template <class Solve>
+Tangent state_at(const AB& ab, Tangents* tangents, Solve solve) {
+  if (tangents == nullptr) return solve();
+  if (!tangents->follow) {
+    tangents->states.push_back(solve());
+    return tangents->states.back();
+  }
+  Tangent t = tangents->states[tangents->next++];
+  const double dA = ab.A - t.A, dB = ab.B - t.B;
+  t.lnp += t.pA * dA + t.pB * dB;
+  t.lnwl += t.lA * dA + t.lB * dB;
+  t.lnwv += t.vA * dA + t.vB * dB;
+  return t;
+}
+
+// Heat of vaporisation is asked for between these reduced temperatures, where its derivatives are those of the values.
+constexpr double kHeatFrom = 0.49, kHeatTo = 0.91;
+
+void saturation_residuals(const Problem& pb, const Curves& cv, Tangents* tangents, std::vector<double>& r) {
   const FitComponent& c = *pb.c;
   for (std::size_t i = 0; i < pb.ref->sat.size(); ++i) {
     const SatPoint& s = pb.ref->sat[i];
@@ -86,7 +163,8 @@ void saturation_residuals(const Problem& pb, const Curves& cv, std::vector<doubl
     if (u > 0.992) {
       continue;
     }
-    const AB ab = curves_at(cv, u, false);
+    const bool heat = !pb.pointwise && pb.aims.hvap > 0.0 && s.hvap > 0.0 && u > kHeatFrom && u < kHeatTo;
+    const AB ab = curves_at(cv, u, heat);
     if (pb.pointwise) {
       if (pb.point[i].A > 0.0) {
         r.push_back((ab.A / pb.point[i].A - 1.0) / 0.001);
@@ -98,16 +176,22 @@ void saturation_residuals(const Problem& pb, const Curves& cv, std::vector<doubl
     const double loose = pb.kind == Quantum::helium ? 1.0 + 25.0 * hinge(u - 0.60) : 1.0;
     const double sp = loose * pb.aims.psat * sigma_psat(u);
     const double sr = loose * loose * loose * pb.aims.rhol * sigma_rhol(u, pb.aims.rhol_rise);
-    const Saturation st = saturation(ab, u, s.psat / c.pc);
-    if (!st.ok) {
+    const Tangent t = state_at(ab, tangents, [&] { return saturated_tangent(ab, u, s.psat / c.pc); });
+    if (!t.ok) {
       // Above the equation's own critical temperature: back towards two phases.
       r.push_back((0.3 + hinge(5.0 - ab.A / ab.B)) / sp);
       r.push_back(0.3 / sr);
+      if (heat) r.push_back(0.3 / pb.aims.hvap);
       continue;
     }
-    const double rho = st.pr * c.pc / (st.ZL * GAS_CONSTANT * s.T);
-    r.push_back(std::log(st.pr * c.pc / s.psat) / sp);
-    r.push_back(softened_residual(std::log(rho / s.rhol) / sr, pb.aims.rhol_soft));
+    r.push_back((t.lnp - std::log(s.psat / c.pc)) / sp);
+    r.push_back(softened_residual((std::log(c.pc / (GAS_CONSTANT * c.tc) / s.rhol) - t.lnwl) / sr,
+                                  pb.aims.rhol_soft));
+    if (heat) {
+      const double pr = std::exp(t.lnp), per_u = pr / u;
+      const double h = thermal(ab, u, pr, std::exp(t.lnwv) * per_u).H - thermal(ab, u, pr, std::exp(t.lnwl) * per_u).H;
+      r.push_back((GAS_CONSTANT * s.T * h / s.hvap - 1.0) / pb.aims.hvap);
+    }
   }
 }
 
@@ -118,7 +202,7 @@ double gas_weight(double tc) {
   return tc < 330.0 ? 0.6 : 0.5;
 }
 
-void gas_residuals(const Problem& pb, const Curves& cv, std::vector<double>& r) {
+void gas_residuals(const Problem& pb, const Curves& cv, Tangents* tangents, std::vector<double>& r) {
   const std::size_t n0 = r.size();
   const FitComponent& c = *pb.c;
   for (const GasPoint& g : pb.ref->gas) {
@@ -127,8 +211,8 @@ void gas_residuals(const Problem& pb, const Curves& cv, std::vector<double>& r) 
     }
     const double u = g.T / c.tc, pr = g.P / c.pc;
     const AB ab = curves_at(cv, u, true);
-    const Root root = stable_root(ab, u, pr);
-    const double z = root.ok ? root.Z : 1.0;
+    const Tangent t = state_at(ab, tangents, [&] { return gas_tangent(ab, u, pr); });
+    const double z = t.ok ? std::exp(t.lnwl) * pr / u : 1.0;
     const double sigma = sigma_gas(c, g, pb.aims);
     r.push_back(softened_residual(std::log(pr / (z * u) * c.pc / (GAS_CONSTANT * c.tc) / g.rho) / sigma,
                                   pb.aims.gas_soft));
@@ -143,8 +227,8 @@ void gas_residuals(const Problem& pb, const Curves& cv, std::vector<double>& r) 
   for (const GasPoint& g : pb.ref->guide) {
     const double u = g.T / c.tc, pr = g.P / c.pc;
     const AB ab = curves_at(cv, u, false);
-    const Root root = stable_root(ab, u, pr);
-    const double z = root.ok ? root.Z : 1.0;
+    const Tangent t = state_at(ab, tangents, [&] { return gas_tangent(ab, u, pr); });
+    const double z = t.ok ? std::exp(t.lnwl) * pr / u : 1.0;
     r.push_back(pb.guide_weight * std::log(pr / (z * u) * c.pc / (GAS_CONSTANT * c.tc) / g.rho) /
                 sigma_gas(c, g, pb.aims));
   }
@@ -224,18 +308,20 @@ void shape_residuals(const Problem& pb, const double* x, const Curves& cv, std::
   } else {
     r.push_back((x[A_CRIT] / a_level - 1.0) / 0.01);
   }
-  // Above the critical temperature: a off its floor up to 1500 K, b within reason at any temperature.
-  const double umax = std::max(3.0, 1500.0 / pb.c->tc);
+  // Above the critical temperature: a off its floor up to 1500 K and a little over 4 Tc, b within reason at any
+  // temperature.
+  const double umax = std::max(4.15, 1500.0 / pb.c->tc);
+  const double lowest_b = 0.6 * std::min(level, x[B_JOIN]);
   for (const double f : {0.2, 0.4, 0.6, 0.8, 0.9, 0.95, 0.975, 1.0}) {
     const double y = (1.0 - 1.0 / umax) * f;
     const double a = (x[P11] + x[P12] * y + x[P13] * y * y) / (1.0 + x[P14] * y + x[P15] * y * y);
     r.push_back(hinge(0.0016 - a) / 0.00004);
     const AB ab = curves_at(cv, 1.0 / (1.0 - y), true);
-    r.push_back((hinge(0.6 * level - ab.B) + hinge(ab.B - 1.8 * level)) / 0.002);
-    r.push_back(hinge(ab.A1 * (1.0 - y) + 1e-4) / 0.001);
+    r.push_back((hinge(lowest_b - ab.B) + hinge(ab.B - 1.8 * level)) / 0.002);
+    r.push_back(pb.firm * hinge(ab.A1 * (1.0 - y) + 1e-4) / 0.001);
   }
   // Across the zone a falls by about an eighth.
-  r.push_back((hinge(cv.AALIM / cv.AAC - 0.92) + hinge(0.75 - cv.AALIM / cv.AAC)) / 0.01);
+  r.push_back(pb.firm * (hinge(cv.AALIM / cv.AAC - 0.92) + hinge(0.75 - cv.AALIM / cv.AAC)) / 0.003);
   // Behind the zone: a falls ever more slowly, or heat capacity and speed of sound go astray.
   for (const double u : {1.1, 1.13, 1.17, 1.25}) {
     const AB ab = curves_at(cv, u * 1.000001, true);
@@ -252,11 +338,16 @@ void shape_residuals(const Problem& pb, const double* x, const Curves& cv, std::
 
 }  // namespace
 
-// Methane and nitrogen: a smoother join, and densities up to pipeline pressures before those beyond 300 bar, which
-// the form reaches only with a steep rise of b behind the join.
-Aims aims_of(const FitComponent& c) {
+// The heat of vaporisation is asked for where a reference equation gives it; other sources of it disagree too often
+// with those of the vapour pressure. The main gases count most up to 100 bar, next to the critical temperature as well.
+// Methane and nitrogen: also a smoother join, and densities before those beyond 300 bar, which the form reaches only
+// with a steep rise of b behind the join.
+Aims aims_of(const FitComponent& c, const Reference& ref) {
   Aims aims;
-  if (c.code == " 1P " || c.code == "N2  ") {
+  if (ref.basis == "equation of state" && quantum_of(c.code.c_str()) == Quantum::none) aims.hvap = 0.01;
+  const auto is = [&](const char* code) { return c.code == code; };
+  if (is(" 1P ") || is("N2  ")) {
+    aims.own = true;
     aims.psat = 1.2;
     aims.rhol = 0.5;
     aims.rhol_rise = 0.7;
@@ -267,6 +358,21 @@ Aims aims_of(const FitComponent& c) {
     aims.gas_soft = 3.0;
     aims.join = 0.6;
     aims.zone_H = 0.3;
+  }
+  if (is(" 2P ") || is("O2  ") || is("CO  ") || is("H2S ") || is("AR  ") || is("CO2 ") || is(" 1P ")) {
+    aims.own = true;
+    aims.gas_low = 0.5;
+    aims.gas_mid = 2.0;
+    aims.gas_far = 6.0;
+    aims.near = {10.0, 5.0, 2.0};
+    aims.thermal *= 0.7;
+  }
+  if (is(" 1P ")) aims.gas_low = 0.58;
+  if (is("CO2 ") || is("AR  ")) {
+    aims.psat = is("CO2 ") ? 0.7 : 0.5;
+    aims.rhol = is("CO2 ") ? 1.2 : 0.7;
+    aims.gas_low = is("CO2 ") ? 0.25 : 0.3;
+    aims.near = {3.0, 2.0, 1.0};
   }
   return aims;
 }
@@ -329,12 +435,13 @@ ZoneError zone_error(const Curves& cv, double u, double pr) {
   return {held.H - right.H, held.CP - right.CP};
 }
 
-void all_residuals(const Problem& pb, const double* x, std::vector<double>& r) {
+void all_residuals(const Problem& pb, const double* x, std::vector<double>& r, Tangents* tangents) {
   r.clear();
+  if (tangents != nullptr) tangents->next = 0;
   const Curves cv = curves_of(x, pb.kind);
-  saturation_residuals(pb, cv, r);
+  saturation_residuals(pb, cv, tangents, r);
   if (!pb.pointwise) {
-    gas_residuals(pb, cv, r);
+    gas_residuals(pb, cv, tangents, r);
   }
   shape_residuals(pb, x, cv, r);
   for (double& v : r) {

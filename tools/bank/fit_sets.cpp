@@ -17,6 +17,7 @@ constexpr double kOutside = 0.4;      // weight of the source outside the range 
 constexpr double kPaPerMPa = 1e6;
 // Share of the pressure term at the critical point after the van der Waals equation, in ln(pressure).
 constexpr double kCriticalSlope = 27.0 / 64.0;
+constexpr double kNearCritical = 0.9999, kMostAtEnd = 0.12;  // of Tc; of Pc
 constexpr double kAlwaysInside = 5000.0;  // upper limit of a set that no temperature reaches [K]
 constexpr double kColdest = 1.0;          // lower limit [K]
 
@@ -179,7 +180,8 @@ std::optional<FittedSet> fit_frost_kalkwarf(const FitComponent& c, const Referen
   FittedSet set{.name = "PSAT", .flag = kFrostKalkwarf, .count = 5, .source = ref.source};
   // The share of the last term is free first; held where it leaves the equation without a root below the
   // critical point.
-  for (const double share : {-1.0, 1.0, 1.2, 1.4, 0.8, 0.6}) {
+  bool found_sound = false;
+  for (const double share : {-1.0, 1.0, 1.2, 1.4, 0.8, 0.6, 0.4, 0.3}) {
     std::vector<std::vector<double>> m;
     std::vector<double> b, w;
     for (const SatPoint& s : points) {
@@ -205,8 +207,13 @@ std::optional<FittedSet> fit_frost_kalkwarf(const FitComponent& c, const Referen
     const double used = trial.c[4] / critical;
     if (!(used > 0.1 && used < 2.0)) continue;
     measure_pressure(trial, c, points);
-    if (set.deviation.n == 0 || trial.deviation.worst < set.deviation.worst) set = trial;
-    if (share < 0.0 && trial.deviation.worst < 5.0) break;
+    // A set must have a root up to the critical point, and end near its pressure.
+    const double end = psat_pressure(trial.c, kNearCritical * c.tc) * kPaPerMPa / c.pc;
+    const bool sound = end > 1.0 - kMostAtEnd && end < 1.0 + kMostAtEnd;
+    const bool better = trial.deviation.worst < set.deviation.worst;
+    if (set.deviation.n == 0 || (sound && !found_sound) || (sound == found_sound && better)) set = trial;
+    found_sound = found_sound || sound;
+    if (share < 0.0 && sound && trial.deviation.worst < 5.0) break;
   }
   if (set.deviation.n == 0) return std::nullopt;
   return set;

@@ -78,6 +78,12 @@ void round_all(FittedSet& set);
 std::vector<FittedSet> fit_liquid_density(const FitComponent& c, const SourceLine& line);
 // PSAT, the equation of Frost and Kalkwarf.
 std::optional<FittedSet> fit_frost_kalkwarf(const FitComponent& c, const Reference& ref);
+// PANTO, the extended Antoine equation with a power of T, in Pa.
+std::optional<FittedSet> fit_extended_antoine(const FitComponent& c, const Reference& ref);
+double panto_pressure(const SetValues& c, double T);  // [Pa]
+// CCPL, heat capacity of the liquid [J/(mol K)], a polynomial in T between two limits.
+std::optional<FittedSet> fit_liquid_heat_capacity(const FitComponent& c, const SourceLine& line);
+double ccpl_heat_capacity(const SetValues& c, double T);  // [J/(mol K)]
 // HVAPCF in its form 7, with limits that no temperature reaches.
 std::optional<FittedSet> fit_heat_of_vaporisation(const FitComponent& c, const SourceLine& line);
 // VIL: the widest range of the source over which one of the forms comes within two percent and stays sound from

@@ -163,7 +163,7 @@ std::optional<FittedSet> fit_liquid_conductivity(const FitComponent& c, const So
       const double middle = tcl_conductivity(set.c, 0.5 * (set.c[5] + set.c[6]));
       const bool sound = tcl_conductivity(set.c, c.tc) > 0.1 * middle &&
                          tcl_conductivity(set.c, 0.8 * set.c[5]) > 0.1 * middle;
-      if (!sound) continue;
+      if (!sound || !(set.c[5] < set.c[6])) continue;
       if (!best || set.deviation.worst < best->deviation.worst) best = set;
       break;
     }

@@ -10,6 +10,8 @@
 #include "bank/check.h"
 #include "bank/dump.h"
 #include "bank/fit.h"
+#include "bank/fit_pairs.h"
+#include "bank/parameter_fit.h"
 
 namespace {
 
@@ -36,6 +38,12 @@ int main(int argc, char** argv) {
   CLI::App* const build = app.add_subcommand("build", "compile the tables of a folder into the bank files");
   build->add_option("--data", build_options.data_dir, "folder of the tables")->capture_default_str();
   build->add_option("--out", build_options.out_dir, "folder of the bank files")->capture_default_str();
+  build
+      ->add_option(
+          "--with", build_options.with,
+          "table of your own components, which are added to the bank or override it; may be repeated")
+      ->type_name("FILE.csv")
+      ->allow_extra_args(false);
   build->callback([&] { result = build_main(build_options); });
 
   DumpOptions dump_options;
@@ -73,16 +81,32 @@ int main(int argc, char** argv) {
                   "codes or numbers of the components to fit, separated by commas; all without it")
       ->delimiter(',');
   fit->add_option("--jobs", fit_options.jobs, "threads; 0 for one a core")->capture_default_str();
+  fit->add_flag("--fresh", fit_options.fresh, "take nothing over from a run that was interrupted");
+  fit->add_flag("--verbose", fit_options.verbose, "a line of figures for each component");
   bool only_curves = false, only_transport = false;
   CLI::Option* const curves =
       fit->add_flag("--curves", only_curves, "only the curves, ideal gas and Wagner sets");
   fit->add_flag("--transport", only_transport, "only the saturation and transport sets; takes seconds")
       ->excludes(curves);
+  bool only_pairs = false;
+  fit->add_flag("--pairs", only_pairs, "only the interaction parameters of pairs; takes minutes")
+      ->excludes(curves);
   fit->callback([&] {
+    if (only_pairs) {
+      result = fit_pairs_main({.data_dir = fit_options.data_dir, .jobs = fit_options.jobs});
+      return;
+    }
     fit_options.curves = !only_transport;
     fit_options.transport = !only_curves;
     result = fit_main(fit_options);
   });
+
+  ParameterFitOptions parameter_options;
+  CLI::App* const parameters =
+      app.add_subcommand("parameters", "fit the tables of the polar constants and of the hydrate formers");
+  parameters->add_option("--data", parameter_options.data_dir, "folder of the tables, read and written")
+      ->capture_default_str();
+  parameters->callback([&] { result = parameter_fit_main(parameter_options); });
 
   try {
     app.parse(argc, argv);

@@ -1,6 +1,9 @@
 #include "bank/pairs.h"
 
 #include <algorithm>
+#include <array>
+
+#include "bank/pairs_points.h"
 
 namespace talix::bank {
 
@@ -13,6 +16,10 @@ constexpr int kSource = 17;
 constexpr int kCodes = 23;
 constexpr int kBasis = 33;
 constexpr int kLast = 100;
+constexpr int kActivitySource = 21;  // the last of the source digits
+
+// Reals of the NRTL set.
+constexpr int kAlpha = 10, kAlphaSlope = 11, kLowToHigh = 12, kHighToLow = 15;
 
 int component(const SourceTable& table, std::size_t row, const std::string& side,
               const std::map<int, std::string>& codes) {
@@ -71,9 +78,9 @@ std::vector<PairRecord> read_pair_records(const SourceTable& table, const std::m
     if (table.text(row, "basis").empty())
       table.fail(row, "basis", "empty; say where the parameters come from");
 
-    const double parameters[] = {table.required(row, "teta0", {"-", -1.5, 1.5}),
+    const double parameters[] = {table.required(row, "teta0", {"-", -2.5, 2.5}),
                                  table.required(row, "teta0t_1_K", {"1/K", -0.01, 0.01}),
-                                 table.required(row, "teta1", {"-", -1.5, 1.5}),
+                                 table.required(row, "teta1", {"-", -2.5, 2.5}),
                                  table.required(row, "teta1t_1_K", {"1/K", -0.01, 0.01})};
     bool zero = true;
     for (int i = 0; i < 4; ++i) {
@@ -90,6 +97,47 @@ std::vector<PairRecord> read_pair_records(const SourceTable& table, const std::m
   std::vector<PairRecord> records;
   for (const auto& entry : sorted) records.push_back(entry.second);
   return records;
+}
+
+void add_activity_sets(std::vector<PairRecord>& records, const SourceTable& table,
+                       const std::map<int, std::string>& codes) {
+  std::map<std::int32_t, PairRecord> sorted;
+  for (const PairRecord& record : records) sorted.emplace(record.integer(1), record);
+  for (std::size_t row = 0; row < table.rows(); ++row) {
+    const PairNumbers numbers = pair_numbers(table, row, codes);
+    const std::int32_t key = pair_key(numbers.first, numbers.second);
+    auto found = sorted.find(key);
+    if (found == sorted.end()) {
+      PairRecord record = blank_pair_record(key);
+      set_pair_text(record, kStatus, kStatus, "0");
+      set_pair_text(record, kActivityStatus, kActivityStatus, "0");
+      set_pair_text(record, kSource, kSource + 4, "20000");
+      set_pair_text(record, kCodes, kBasis - 2, codes.at(numbers.first) + "-" + codes.at(numbers.second));
+      set_pair_text(record, kBasis, kLast, "NRTL: " + table.text(row, "source"));
+      found = sorted.emplace(key, record).first;
+    }
+    PairRecord& record = found->second;
+    if (pair_text(record, kActivityStatus, kActivityStatus) != "0")
+      table.fail(row, "number2", "this pair stands in the table already");
+    set_pair_text(record, kActivityStatus, kActivityStatus, "1");
+    set_pair_text(record, kActivitySource, kActivitySource, "7");
+    set_pair_real(record, kAlpha, static_cast<float>(table.required(row, "alpha", {"-", -1, 1})));
+    set_pair_real(record, kAlphaSlope,
+                  static_cast<float>(table.required(row, "alphat_1_K", {"1/K", -0.01, 0.01})));
+    constexpr std::array kTerms{"t0_", "t1_", "t2_"};
+    constexpr std::array kUnits{"", "_K", "_K2"};
+    constexpr std::array kBounds{100.0, 2e4, 1e7};
+    for (std::size_t i = 0; i < kTerms.size(); ++i) {
+      const auto term = [&](const char* side) {
+        const std::string column = std::string(kTerms.at(i)) + side + kUnits.at(i);
+        return static_cast<float>(table.required(row, column, {"-", -kBounds.at(i), kBounds.at(i)}));
+      };
+      set_pair_real(record, kLowToHigh + static_cast<int>(i), term("12"));
+      set_pair_real(record, kHighToLow + static_cast<int>(i), term("21"));
+    }
+  }
+  records.clear();
+  for (const auto& entry : sorted) records.push_back(entry.second);
 }
 
 }  // namespace talix::bank

@@ -131,10 +131,12 @@ void write_old_directory(const std::filesystem::path& dir, std::span<const Direc
 void write_pair_files(const std::filesystem::path& dir, std::span<const PairRecord> records);
 void write_hydrate_files(const std::filesystem::path& dir, std::span<const HydrateRecord> records,
                          std::span<const DirectoryEntry> entries);
-// All files that a bank of this kind ships: without the directory in the old style.
+// All files of a bank. The pure directory stands twice, as text and in the old style in blocks; the library takes the
+// text where it finds both.
 void write_bank(const std::filesystem::path& dir, const Bank& bank);
 
-// Reads the files back. Throws BankError that names file, offset and fault.
+// Reads the files back; a directory in the old style may be absent, and must agree where it is there. Throws BankError
+// that names file, offset and fault.
 Bank read_bank(const std::filesystem::path& dir);
 
 }  // namespace talix::bank

@@ -205,6 +205,18 @@ std::vector<DirectoryEntry> read_text_directory(const fs::path& file) {
   return result;
 }
 
+// Of two directories with different entries the library would take one and a user look into the other.
+void compare_old_directory(const fs::path& file, const std::vector<DirectoryEntry>& entries) {
+  if (!fs::exists(file)) return;
+  const std::vector<DirectoryEntry> old = read_block_directory(file, kPureConfig);
+  const auto same = [](const DirectoryEntry& a, const DirectoryEntry& b) {
+    return a.standard == b.standard && a.code == b.code;
+  };
+  if (!std::ranges::equal(old, entries, same)) {
+    throw BankError(file.string() + ": its entries are not those of pcdir.asc; run talix-bank build");
+  }
+}
+
 std::vector<PairRecord> read_pairs(const fs::path& dir) {
   const Source keys(dir / "bzandir.out", kDirectoryBytes);
   for (std::size_t i = 0; i < kPairConfig.size(); ++i) {
@@ -301,6 +313,7 @@ void write_bank(const fs::path& dir, const Bank& bank) {
   if (failed) throw BankError(dir.string() + ": the folder cannot be made: " + failed.message());
   write_pure_file(dir, bank.pure);
   write_directory(dir, bank.directory);
+  write_old_directory(dir, bank.directory);
   write_pair_files(dir, bank.pairs);
   write_hydrate_files(dir, bank.hydrate, bank.hydrate_directory);
 }
@@ -314,6 +327,7 @@ Bank read_bank(const fs::path& dir) {
     pure.fail(pure.size(), "the file has " + std::to_string(bank.pure.size()) + " records, its directory " +
                                std::to_string(bank.directory.size()));
   }
+  compare_old_directory(dir / "pzandir.out", bank.directory);
   bank.pairs = read_pairs(dir);
   bank.hydrate_directory = read_block_directory(dir / "phyddir.out", kHydrateConfig);
   const Source hydrate(dir / "purehyd.out", kHydrateBytes);

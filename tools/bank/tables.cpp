@@ -45,6 +45,12 @@ std::vector<std::string> split(const std::string& name, std::size_t line, std::s
   return std::move(fields.cells);
 }
 
+std::string content_of(const std::filesystem::path& file, std::ifstream& in) {
+  std::string text{std::istreambuf_iterator<char>(in), {}};
+  if (in.bad()) throw BankError(file.string() + ": cannot be read");
+  return text;
+}
+
 // A bound as a reader would write it.
 std::string plain(double value) {
   std::ostringstream out;
@@ -57,12 +63,23 @@ std::string plain(double value) {
 SourceTable SourceTable::read(const std::filesystem::path& file) {
   std::ifstream in(file, std::ios::binary);
   if (!in) throw BankError(file.string() + ": cannot be opened; name the folder of the tables with --data");
-  const std::string text{std::istreambuf_iterator<char>(in), {}};
-  if (in.bad()) throw BankError(file.string() + ": cannot be read");
-  return parse(file.string(), text);
+  return parse(file.string(), content_of(file, in));
+}
+
+SourceTable SourceTable::read(const std::filesystem::path& file, std::vector<std::string>& faults) {
+  std::ifstream in(file, std::ios::binary);
+  if (!in) throw BankError(file.string() + ": cannot be opened; check the name");
+  std::string text = content_of(file, in);
+  constexpr std::string_view kMark = "\xEF\xBB\xBF";  // some spreadsheets begin a text with it
+  if (text.starts_with(kMark)) text.erase(0, kMark.size());
+  return parse(file.string(), text, &faults);
 }
 
 SourceTable SourceTable::parse(std::string name, std::string_view text) {
+  return parse(std::move(name), text, nullptr);
+}
+
+SourceTable SourceTable::parse(std::string name, std::string_view text, std::vector<std::string>* faults) {
   SourceTable table;
   table.name_ = std::move(name);
   std::size_t line = 0;
@@ -73,7 +90,14 @@ SourceTable SourceTable::parse(std::string name, std::string_view text) {
     ++line;
     if (!content.empty() && content.back() == '\r') content.remove_suffix(1);
     if (content.empty() || content.front() == '#') continue;
-    std::vector<std::string> cells = split(table.name_, line, content);
+    std::vector<std::string> cells;
+    try {
+      cells = split(table.name_, line, content);
+    } catch (const BankError& error) {
+      if (faults == nullptr || table.columns_.empty()) throw;
+      faults->emplace_back(error.what());
+      continue;
+    }
     if (table.columns_.empty()) {
       table.columns_ = std::move(cells);
       for (std::size_t i = 0; i < table.columns_.size(); ++i) {
@@ -85,11 +109,15 @@ SourceTable SourceTable::parse(std::string name, std::string_view text) {
       continue;
     }
     if (cells.size() != table.columns_.size()) {
-      throw BankError(table.name_ + ", line " + std::to_string(line) + ": " + std::to_string(cells.size()) +
-                      " fields where the header has " + std::to_string(table.columns_.size()) +
-                      "; put a field that holds a comma in quotes");
+      const std::string fault = table.name_ + ", line " + std::to_string(line) + ": " +
+                                std::to_string(cells.size()) + " fields where the header has " +
+                                std::to_string(table.columns_.size()) +
+                                "; put a field that holds a comma in quotes";
+      if (faults == nullptr) throw BankError(fault);
+      faults->push_back(fault);
+      continue;
     }
-    table.rows_.push_back({line, std::move(cells)});
+    table.rows_.push_back({line, std::move(cells), {}});
   }
   if (table.columns_.empty()) throw BankError(table.name_ + ": empty table, no header line");
   return table;
@@ -146,12 +174,46 @@ int SourceTable::integer(std::size_t row, std::string_view column, int low, int 
   return value;
 }
 
+std::string SourceTable::place(std::size_t row) const {
+  const Row& at = rows_.at(row);
+  return (at.file.empty() ? name_ : at.file) + ", line " + std::to_string(at.line);
+}
+
+std::string SourceTable::fault(std::size_t row, std::string_view column, std::string_view what,
+                               std::string_view unit) const {
+  std::string message = place(row) + ", column " + std::string(column) + ": value \"" +
+                        rows_.at(row).cells[index(column)] + "\"";
+  if (!unit.empty()) message += " [" + std::string(unit) + "]";
+  return message + ": " + std::string(what);
+}
+
 void SourceTable::fail(std::size_t row, std::string_view column, std::string_view what,
                        std::string_view unit) const {
-  std::string message = name_ + ", line " + std::to_string(rows_.at(row).line) + ", column " +
-                        std::string(column) + ": value \"" + rows_.at(row).cells[index(column)] + "\"";
-  if (!unit.empty()) message += " [" + std::string(unit) + "]";
-  throw BankError(message + ": " + std::string(what));
+  throw BankError(fault(row, column, what, unit));
 }
+
+void SourceTable::set(std::size_t row, std::string_view column, std::string text) {
+  rows_.at(row).cells[index(column)] = std::move(text);
+}
+
+void SourceTable::add_column(const std::string& column) {
+  if (has(column)) return;
+  columns_.push_back(column);
+  for (Row& row : rows_) row.cells.emplace_back();
+}
+
+std::size_t SourceTable::append(const SourceTable& other, std::size_t other_row) {
+  rows_.push_back({0, std::vector<std::string>(columns_.size()), {}});
+  attribute(rows_.size() - 1, other, other_row);
+  return rows_.size() - 1;
+}
+
+void SourceTable::attribute(std::size_t row, const SourceTable& other, std::size_t other_row) {
+  const Row& origin = other.rows_.at(other_row);
+  rows_.at(row).line = origin.line;
+  rows_.at(row).file = origin.file.empty() ? other.name_ : origin.file;
+}
+
+void SourceTable::erase(std::size_t row) { rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(row)); }
 
 }  // namespace talix::bank

@@ -7,7 +7,7 @@
 namespace talix::bank {
 
 // Coefficients of one set, unused ones 0.
-using SetValues = std::array<double, 8>;
+using SetValues = std::array<double, 9>;
 
 inline constexpr int kTabulatedForm = 7;        // flag of the sets with a range or an extended Antoine form
 inline constexpr int kPolynomialViscosity = 1;  // flag of VIL where it is a polynomial in 100/T

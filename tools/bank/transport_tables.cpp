@@ -1,10 +1,9 @@
 #include "bank/transport_tables.h"
 
 #include <cmath>
-#include <cstdio>
-#include <fstream>
 
 #include "bank/fit_csv.h"
+#include "bank/fit_rows.h"
 
 namespace talix::bank {
 
@@ -14,49 +13,12 @@ constexpr double kTopViscosity = 0.985;    // reduced temperatures up to which p
 constexpr double kTopConductivity = 0.96;  // the rise at the critical point is no matter of a polynomial
 constexpr double kTopTension = 0.97;
 constexpr double kTopSaturation = 0.985;
+constexpr double kTopHeatCapacity = 0.92;  // beyond, it rises without end
 constexpr double kFiftyDegrees = 323.15;  // [K]
-
-constexpr const char* kHeader =
-    "number,code,set,flag,c1,c2,c3,c4,c5,c6,c7,c8,tmin_K,tmax_K,mean_pct,max_pct,mean2_pct,max2_pct,source";
-constexpr const char* kComment =
-    "# Saturation and transport sets of the records, one row a set; the forms stand in "
-    "tools/bank/transport_forms.h.\n"
-    "# Deviations in percent of the source from tmin to tmax; mean2, max2: those of the conductivity by "
-    "PARL2.\n"
-    "# Made by talix-bank fit; do not edit by hand.\n";
-
-std::string number(double v, const char* format = "%.9g") {
-  char text[40];
-  std::snprintf(text, sizeof text, format, v);
-  return text;
-}
-
-std::string quoted(const std::string& text) {
-  std::string out = "\"";
-  for (const char c : text) {
-    out += c;
-    if (c == '"') out += '"';
-  }
-  return out + "\"";
-}
 
 std::string deviations(const Deviation& d) {
   if (d.n == 0) return ",";
-  return number(d.mean, "%.3f") + "," + number(d.worst, "%.3f");
-}
-
-std::vector<std::string> rows_of(const FitComponent& c, const std::vector<FittedSet>& sets) {
-  std::vector<std::string> rows;
-  for (const FittedSet& set : sets) {
-    std::string row =
-        std::to_string(c.number) + "," + quoted(c.code) + "," + set.name + "," + std::to_string(set.flag);
-    for (int k = 0; k < 8; ++k) row += k < set.count ? "," + number(set.c[static_cast<std::size_t>(k)]) : ",";
-    row += set.tmax > 0.0 ? "," + number(set.tmin, "%.6g") + "," + number(set.tmax, "%.6g") : ",,";
-    row += "," + deviations(set.deviation) + ",";
-    row += deviations(set.second) + "," + quoted(set.source);
-    rows.push_back(row);
-  }
-  return rows;
+  return cell_of(d.mean, "%.3f") + "," + cell_of(d.worst, "%.3f");
 }
 
 // Modified Eucken factor of a vapour; the plain one where a molecule has no inner motion.
@@ -75,20 +37,28 @@ std::optional<FittedSet> viscosity_at_50(const FitComponent& c, const FittedSet&
   return set;
 }
 
-std::map<int, std::vector<std::string>> existing(const std::string& path) {
-  std::map<int, std::vector<std::string>> rows;
-  std::ifstream in(path);
-  std::string line;
-  bool header = true;
-  while (std::getline(in, line)) {
-    if (line.empty() || line[0] == '#') continue;
-    if (!header) rows[std::atoi(line.c_str())].push_back(line);
-    header = false;
+}  // namespace
+
+const char* const kTransportHeader =
+    "number,code,set,flag,c1,c2,c3,c4,c5,c6,c7,c8,c9,tmin_K,tmax_K,mean_pct,max_pct,mean2_pct,max2_pct,source";
+const char* const kTransportComment =
+    "Saturation and transport sets of the records, one row a set; the forms stand in tools/bank/transport_forms.h.\n"
+    "# Deviations in percent of the source from tmin to tmax; mean2, max2: those of the conductivity by PARL2.";
+
+std::vector<std::string> transport_rows(const FitComponent& c, const std::vector<FittedSet>& sets) {
+  std::vector<std::string> rows;
+  for (const FittedSet& set : sets) {
+    std::string row =
+        std::to_string(c.number) + "," + quoted_cell(c.code) + "," + set.name + "," + std::to_string(set.flag);
+    for (std::size_t k = 0; k < set.c.size(); ++k)
+      row += static_cast<int>(k) < set.count ? "," + cell_of(set.c[k]) : ",";
+    row += set.tmax > 0.0 ? "," + cell_of(set.tmin, "%.6g") + "," + cell_of(set.tmax, "%.6g") : ",,";
+    row += "," + deviations(set.deviation) + ",";
+    row += deviations(set.second) + "," + quoted_cell(set.source);
+    rows.push_back(row);
   }
   return rows;
 }
-
-}  // namespace
 
 std::vector<FittedSet> fit_transport(const ReferenceTables& tables, const FitComponent& c,
                                      const Curves& curves) {
@@ -103,9 +73,11 @@ std::vector<FittedSet> fit_transport(const ReferenceTables& tables, const FitCom
   };
   const auto pressure = fit_frost_kalkwarf(c, ref);
   add(pressure);
+  add(fit_extended_antoine(c, ref));
   const std::vector<FittedSet> density = fit_liquid_density(c, density_line);
   out.insert(out.end(), density.begin(), density.end());
   add(fit_heat_of_vaporisation(c, saturation_line(tables, c, ref, "hvap", kTopSaturation)));
+  add(fit_liquid_heat_capacity(c, source_line(tables, c, "cp_liq", kTopHeatCapacity)));
   const auto vil = fit_liquid_viscosity(c, viscosity);
   add(vil);
   if (vil) add(viscosity_at_50(c, *vil));
@@ -140,26 +112,6 @@ bool read_curves(const std::string& data_dir, const ReferenceTables& tables, std
     curves[c.number] = general;
   }
   return true;
-}
-
-bool fit_transport_table(const std::string& data_dir, const ReferenceTables& tables,
-                         const std::vector<const FitComponent*>& components, bool keep_others,
-                         std::string& message) {
-  std::map<int, Curves> curves;
-  if (!read_curves(data_dir, tables, curves)) {
-    message = "cannot read " + data_dir + "/curves.csv";
-    return false;
-  }
-  const std::string path = data_dir + "/transport.csv";
-  auto rows = keep_others ? existing(path) : std::map<int, std::vector<std::string>>{};
-  for (const FitComponent* c : components)
-    rows[c->number] = rows_of(*c, fit_transport(tables, *c, curves.at(c->number)));
-  std::ofstream out(path);
-  out << kComment << kHeader << "\n";
-  for (const auto& [key, lines] : rows)
-    for (const std::string& line : lines) out << line << "\n";
-  if (!out) message = "cannot write " + path;
-  return static_cast<bool>(out);
 }
 
 }  // namespace talix::bank

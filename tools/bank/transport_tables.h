@@ -13,11 +13,12 @@ namespace talix::bank {
 std::vector<FittedSet> fit_transport(const ReferenceTables& tables, const FitComponent& c,
                                      const Curves& curves);
 
-// Fits the components and writes the table into the data directory, with the curves of curves.csv there. Rows of
-// components that are not fitted stay. False with a message where a table is missing or cannot be written.
-bool fit_transport_table(const std::string& data_dir, const ReferenceTables& tables,
-                         const std::vector<const FitComponent*>& components, bool keep_others,
-                         std::string& message);
+// Rows of the table for the sets of one component.
+std::vector<std::string> transport_rows(const FitComponent& c, const std::vector<FittedSet>& sets);
+
+// First lines of the table.
+extern const char* const kTransportComment;
+extern const char* const kTransportHeader;
 
 // Curves of the components by number, as curves.csv has them.
 bool read_curves(const std::string& data_dir, const ReferenceTables& tables, std::map<int, Curves>& curves);

@@ -7,6 +7,7 @@
 
 #include "cli/failure.h"
 #include "cli/words.h"
+#include "common/formula.h"
 
 namespace talix::cli {
 
@@ -25,9 +26,24 @@ bool all_digits(std::string_view text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
-bool exact(const CatalogueEntry& entry, std::string_view key) {
-  return same(strip(entry.code), key) || entry.cas == key || same(entry.name, key) ||
-         same(entry.formula, key) || std::to_string(entry.number) == key ||
+// A formula as typed, in capitals or not, with the atoms in any order.
+class Formula {
+ public:
+  explicit Formula(std::string_view typed)
+      : text_(lower(typed)),
+        atoms_(common::atoms_of(text_ == typed ? common::capitals_of(typed) : std::string(typed))) {}
+  [[nodiscard]] bool of(const CatalogueEntry& entry) const {
+    return same(entry.formula, text_) || (atoms_ && common::atoms_of(entry.formula) == atoms_);
+  }
+
+ private:
+  std::string text_;
+  std::optional<common::Atoms> atoms_;
+};
+
+bool exact(const CatalogueEntry& entry, std::string_view key, const Formula& formula) {
+  return same(strip(entry.code), key) || entry.cas == key || same(entry.name, key) || formula.of(entry) ||
+         std::to_string(entry.number) == key ||
          std::any_of(entry.synonyms.begin(), entry.synonyms.end(),
                      [&](const std::string& synonym) { return same(synonym, key); });
 }
@@ -68,39 +84,54 @@ std::string described(const CatalogueEntry& entry, std::string_view key_as_typed
 
 }  // namespace
 
-const CatalogueEntry* Catalogue::find(std::string_view key_as_typed) const {
+std::vector<const CatalogueEntry*> Catalogue::matches(std::string_view key_as_typed) const {
   const std::string key = lower(strip(key_as_typed));
-  if (key.empty()) return nullptr;
-  const auto first = [&](auto&& matches) -> const CatalogueEntry* {
-    const auto found = std::find_if(entries_.begin(), entries_.end(), matches);
-    return found == entries_.end() ? nullptr : &*found;
+  std::vector<const CatalogueEntry*> found;
+  if (key.empty()) return found;
+  const auto take = [&](auto&& fits) {
+    if (!found.empty()) return;
+    for (const CatalogueEntry& entry : entries_)
+      if (fits(entry)) found.push_back(&entry);
   };
   if (all_digits(key)) {
     int number = 0;
     const auto [end, error] = std::from_chars(key.data(), key.data() + key.size(), number);
-    if (error != std::errc{}) return nullptr;
-    return first([&](const CatalogueEntry& entry) { return entry.number == number; });
+    if (error != std::errc{}) return found;
+    // Some codes are digits only; no component has them for its number.
+    take([&](const CatalogueEntry& entry) { return entry.number == number; });
   }
-  const CatalogueEntry* found =
-      first([&](const CatalogueEntry& entry) { return same(strip(entry.code), key); });
-  if (found == nullptr) found = first([&](const CatalogueEntry& entry) { return entry.cas == key; });
-  if (found == nullptr) found = first([&](const CatalogueEntry& entry) { return same(entry.name, key); });
-  if (found == nullptr) {
-    found = first([&](const CatalogueEntry& entry) {
-      return std::any_of(entry.synonyms.begin(), entry.synonyms.end(),
-                         [&](const std::string& synonym) { return same(synonym, key); });
-    });
-  }
-  if (found != nullptr) return found;
-  const auto by_formula = [&](const CatalogueEntry& entry) { return same(entry.formula, key); };
-  return std::count_if(entries_.begin(), entries_.end(), by_formula) == 1 ? first(by_formula) : nullptr;
+  take([&](const CatalogueEntry& entry) { return same(strip(entry.code), key); });
+  take([&](const CatalogueEntry& entry) { return entry.cas == key; });
+  take([&](const CatalogueEntry& entry) { return same(entry.name, key); });
+  take([&](const CatalogueEntry& entry) {
+    return std::any_of(entry.synonyms.begin(), entry.synonyms.end(),
+                       [&](const std::string& synonym) { return same(synonym, key); });
+  });
+  const Formula formula(strip(key_as_typed));
+  take([&](const CatalogueEntry& entry) { return formula.of(entry); });
+  return found;
+}
+
+const CatalogueEntry* Catalogue::find(std::string_view key) const {
+  const std::vector<const CatalogueEntry*> found = matches(key);
+  return found.size() == 1 ? found.front() : nullptr;
 }
 
 const CatalogueEntry& Catalogue::get(std::string_view key) const {
-  if (const CatalogueEntry* const found = find(key)) return *found;
+  const std::vector<const CatalogueEntry*> found = matches(key);
+  if (found.size() == 1) return *found.front();
   if (strip(key).empty()) {
     throw UsageError(
         "a component is empty; write names, synonyms, codes, CAS or catalogue numbers with commas between");
+  }
+  if (!found.empty()) {
+    std::string text =
+        "'" + std::string(strip(key)) + "' means " + std::to_string(found.size()) + " components: ";
+    for (std::size_t i = 0; i < found.size(); ++i) {
+      text += (i == 0 ? "" : ", ") + found[i]->name + " (" + std::string(strip(found[i]->code)) +
+              ", number " + std::to_string(found[i]->number) + ")";
+    }
+    throw UsageError(text + "; write the code or the number of one");
   }
   std::string text = "unknown component '" + std::string(strip(key)) + "'";
   const std::vector<const CatalogueEntry*> near = nearest(key, 5);
@@ -112,9 +143,10 @@ const CatalogueEntry& Catalogue::get(std::string_view key) const {
 
 std::vector<const CatalogueEntry*> Catalogue::search(std::string_view text) const {
   const std::string key = lower(strip(text));
+  const Formula formula(strip(text));
   std::vector<std::pair<int, const CatalogueEntry*>> found;
   for (const CatalogueEntry& entry : entries_) {
-    if (exact(entry, key)) {
+    if (exact(entry, key, formula)) {
       found.emplace_back(0, &entry);
     } else if (!key.empty() && lower(entry.name).rfind(key, 0) == 0) {
       found.emplace_back(1, &entry);

@@ -33,15 +33,19 @@ class Catalogue {
 
   [[nodiscard]] const std::vector<CatalogueEntry>& entries() const { return entries_; }
 
-  // The component of that number, code (with or without blanks), CAS number, name, synonym or formula, tried
-  // in this order without regard to case; a formula counts only where one component has it. Nothing if there
-  // is none.
+  // The components of that number, code (with or without blanks), CAS number, name, synonym or formula (its atoms in
+  // any order): the first of these that any component has, without regard to case.
+  [[nodiscard]] std::vector<const CatalogueEntry*> matches(std::string_view key) const;
+
+  // The one match. Nothing where there is none, or more than one.
   [[nodiscard]] const CatalogueEntry* find(std::string_view key) const;
 
-  // The same, but throws UsageError with the nearest matches.
+  // The same, but throws UsageError with all matches where there are several, with the nearest names where there
+  // is none.
   [[nodiscard]] const CatalogueEntry& get(std::string_view key) const;
 
-  // Entries with the text in a name, synonym, code, CAS number or formula, or with that number: exact matches
+  // Entries with the text in a name, synonym, code, CAS number or formula, with the atoms of that formula, or with
+  // that number: exact matches
   // first, then names that begin with it, then the others; by number within each group. An empty text gives
   // all.
   [[nodiscard]] std::vector<const CatalogueEntry*> search(std::string_view text) const;
