@@ -51,10 +51,13 @@ bool try_third_trials(const RobustMixture& mixture, const RobustPhase& feed, Rob
   return false;
 }
 
-// All stationary points of the feed.
-void try_feed_trials(const RobustMixture& mixture, const RobustPhase& feed, RobustSplit& split) {
+// All stationary points of the feed; true when one replaces the split.
+bool try_feed_trials(const RobustMixture& mixture, const RobustPhase& feed, RobustSplit& split) {
   test_stability(mixture, split.T, split.P, feed, StabilityEffort::full, work.trials);
-  for (int k = 1; k <= work.trials.count; ++k) improve(mixture, work.trials.trials(k).lnK, feed, split);
+  bool improved = false;
+  for (int k = 1; k <= work.trials.count; ++k)
+    improved = improve(mixture, work.trials.trials(k).lnK, feed, split) || improved;
+  return improved;
 }
 
 // A split that starts with a little of the trial phase taken out of the feed: it lies below the feed, and Newton steps
@@ -94,13 +97,17 @@ bool is_equilibrium(const RobustSplit& split) {
 // when that is not stable either, three phases are in equilibrium.
 void settle_split(const RobustMixture& mixture, const RobustPhase& feed, RobustSplit& split) {
   label_phases(mixture, split);
-  Stability answer = stability_of_split(mixture, split, false, work.third);
-  if (answer == Stability::unstable) try_feed_trials(mixture, feed, split);
+  bool full = false;
+  Stability answer = stability_of_split(mixture, split, full, work.third);
+  bool improved = answer == Stability::unstable && try_feed_trials(mixture, feed, split);
   for (int round = 1; answer == Stability::unstable && round <= kImprovements; ++round) {
-    const bool improved = try_third_trials(mixture, feed, split);
-    if (round > 1 && !improved) break;
+    improved = try_third_trials(mixture, feed, split) || improved;
+    // Every start has been followed from this very split.
+    if (full && !improved) break;
     label_phases(mixture, split);
-    answer = stability_of_split(mixture, split, true, work.third);
+    full = true;
+    answer = stability_of_split(mixture, split, full, work.third);
+    improved = false;
   }
   split.third_phase = answer == Stability::unstable;
   if (split.third_phase) split.third_root = work.third.trials(1).root;

@@ -42,9 +42,8 @@ constexpr R8 kSoftFar = 0.9;
 constexpr R8 kSoftMiddle = 0.3;
 constexpr R8 kSoftNear = 0.1;
 constexpr R8 kLeastShrink = 0.1;
-// Smallest eigenvalue from which a test that the first point below the plane ends goes without them.
-constexpr R8 kSoftFirst = kSoft;
-constexpr R8 kSoftBeside = 0.1;  // the same beside a partner, and for the nearest starts
+// Smallest eigenvalue from which a test that the first point below the plane ends goes without the nearest ones.
+constexpr R8 kSoftNearest = 0.1;
 constexpr R8 kLeastRoot = 1.0E-130;
 constexpr R8 kPureRemainder = 1.0E-6;  // share of the other components in a near-pure start
 // Share of a component in the start of a pair that water or its like leads, of any component below the reduced
@@ -252,11 +251,10 @@ void follow_soft(Run& run) {
     run.failed = true;
     return;
   }
-  const R8 limit = plane.paired ? kSoftBeside : kSoftFirst;
-  if (plane.tested.softest >= (run.effort == StabilityEffort::first ? limit : kSoft)) return;
+  if (plane.tested.softest >= kSoft) return;
   // A phase so close is there only where the tested one is very soft.
   const bool near = plane.tested.softest > 0.0 &&
-                    (run.effort == StabilityEffort::full || plane.tested.softest < kSoftBeside);
+                    (run.effort == StabilityEffort::full || plane.tested.softest < kSoftNearest);
   for (const R8 side : {1.0, -1.0}) {
     if (plane.tested.softest > 0.0) follow_soft_start(run, side * kSoftFar);
     follow_soft_start(run, side * kSoftMiddle);

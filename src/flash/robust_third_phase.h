@@ -9,8 +9,9 @@ namespace talix {
 bool third_phase_plausible(const RobustMixture& mixture, const RobustSplit& split);
 
 // The stability of a split, whose phases share one tangent plane: stable at once where a third phase is not
-// plausible, otherwise by a test of the denser phase. FULL tests in any case and from every start.
-Stability stability_of_split(const RobustMixture& mixture, const RobustSplit& split, bool full,
+// plausible, otherwise by a test of the denser or of the only soft phase, from every start where a phase is soft. FULL tests in any case and
+// from every start; on exit it tells whether every start was followed.
+Stability stability_of_split(const RobustMixture& mixture, const RobustSplit& split, bool& FULL,
                              StabilityResult& result);
 
 }  // namespace talix

@@ -13,6 +13,7 @@
 #include "flash/robust_split.h"
 #include "support/flash_case.h"
 #include "support/random_mixtures.h"
+#include "support/reference_flash.h"
 #include "support/stability_check.h"
 
 namespace talix {
@@ -256,6 +257,60 @@ TEST_F(PhaseCheckIsothermal, ThirdPhasesOfColdMixturesAreNamed) {
   }
 }
 
+// Third phases that stand close to a soft phase, or beside activities that tell nothing of them.
+TEST_F(PhaseCheckIsothermal, ThirdPhasesBesideSoftPhasesAreNamed) {
+  struct State {
+    std::vector<int> numbers;
+    std::vector<R4> feed;
+    R8 T, P;
+  };
+  const std::vector<State> states = {
+      // Liquids that are themselves unstable, or nearly so.
+      {{15, 22, 277, 134, 323, 21, 28},
+       {0.330230892F, 0.310603172F, 0.140077397F, 0.0258875303F, 0.00322899409F, 0.123716354F, 0.0662556589F},
+       161.040848,
+       176.19083},
+      {{8, 25, 23, 323, 277, 33, 28},
+       {0.0244780444F, 0.225421622F, 0.0597229823F, 0.264074713F, 0.168041646F, 0.118499719F, 0.139761299F},
+       154.888733,
+       403.474},
+      {{8, 17, 28, 11, 33, 323, 24},
+       {0.42850375F, 0.24697639F, 0.012261421F, 0.015561489F, 0.092088558F, 0.062281072F, 0.14232732F},
+       176.924126,
+       592.375},
+      {{33, 323, 15, 28}, {0.28655979F, 0.20662345F, 0.33755794F, 0.16925882F}, 150.173349, 56.5567},
+      // A dense gas that splits beside water.
+      {{9, 20, 21, 22, 15, 4, 11, 116},
+       {0.483528674F, 0.22025983F, 0.0379167646F, 0.0237044245F, 0.193841875F, 0.0216567665F, 0.0100459224F,
+        0.00904573128F},
+       247.690201,
+       579.56342},
+      // Liquids of methane beside those of hydrogen sulphide.
+      {{11, 20, 15}, {0.2008061F, 0.73096162F, 0.068232276F}, 158.495884, 16.9427},
+      {{11, 20, 21}, {0.18670861F, 0.79237288F, 0.020918505F}, 211.936824, 60.7983},
+      // Liquids of hydrocarbons or water beside those of glycols.
+      {{20, 9, 415, 277}, {0.35140675F, 0.15887669F, 0.40588525F, 0.083831325F}, 247.129669, 0.731207},
+      {{20, 277, 415}, {0.859238744F, 0.0119624715F, 0.128798813F}, 250.699326, 0.79997617},
+      {{20, 277, 21, 415, 11, 22},
+       {0.14844128F, 0.041224349F, 0.39906913F, 0.38842416F, 0.014965315F, 0.0078757545F},
+       156.180868,
+       35.5526},
+  };
+  for (const State& s : states) {
+    for (const I4 code : {flash_type::isothermal, flash_type::isothermal_fast}) {
+      test::FlashCase c = state(s.numbers, s.feed, s.T, s.P);
+      c.IFLASH = code;
+      EXPECT_EQ(run(c, 1).rfind(". A third phase", 0), 0U) << s.T << " K, code " << code;
+      const auto answer = test::reference::flash(test::reference::mixture_of(c.feed), static_cast<R8>(fl.T),
+                                                 static_cast<R8>(fl.P));
+      EXPECT_TRUE(answer.third());
+      EXPECT_EQ(answer.two_liquids, phases(c) == 6);
+      EXPECT_NEAR(static_cast<R8>(phases(c) == 6 ? c.total(5) : c.total(3)) / static_cast<R8>(c.total(2)),
+                  answer.light_share, 1.0E-4);
+    }
+  }
+}
+
 // The two phases of lowest Gibbs energy are liquids, not the vapour and liquid of the flash.
 TEST_F(PhaseCheckIsothermal, TwoLiquidsReplaceVapourAndLiquidOfHigherGibbsEnergy) {
   test::FlashCase c =
@@ -265,6 +320,26 @@ TEST_F(PhaseCheckIsothermal, TwoLiquidsReplaceVapourAndLiquidOfHigherGibbsEnergy
   ASSERT_EQ(phases(c), 6);
   EXPECT_NEAR(c.total(5), 0.988397F, 1.0E-4F);
   EXPECT_NEAR(c.SCAL(4, 7), 0.238648F, 1.0E-3F);
+}
+
+// A trace of vapour beside the liquid of the flash, whose second liquid no activity tells of.
+TEST_F(PhaseCheckIsothermal, TwoLiquidsReplaceALiquidWithATraceOfVapour) {
+  for (const I4 code : {flash_type::isothermal, flash_type::isothermal_fast}) {
+    test::FlashCase alone = state({kMethane, kPropane, kDecane}, {0.7F, 0.2F, 0.1F}, 204.5, 58.0);
+    alone.IFLASH = code;
+    test::FlashCase checked = alone;
+    run(alone, 0);
+    EXPECT_EQ(phases(alone), 3);
+    EXPECT_LT(alone.total(3), 0.01F);
+    EXPECT_EQ(run(checked, 1), "");
+    ASSERT_EQ(phases(checked), 6);
+    const auto answer = test::reference::flash(test::reference::mixture_of(checked.feed),
+                                               static_cast<R8>(fl.T), static_cast<R8>(fl.P));
+    EXPECT_TRUE(answer.two_liquids);
+    EXPECT_FALSE(answer.third());
+    EXPECT_NEAR(static_cast<R8>(checked.total(5)), answer.light_share, 1.0E-4);
+    EXPECT_NEAR(checked.total(5), 0.0174F, 1.0E-4F);
+  }
 }
 
 // Substitution leaves both phases of such a split; the phase split off the feed does not.
