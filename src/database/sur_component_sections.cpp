@@ -7,7 +7,7 @@
 #include "association/cpa_record.h"
 #include "association/scp_constants.h"
 #include "database/component_record.h"
-#include "database/optional_readers.h"
+#include "database/sdb_unifac.h"
 #include "engine/codes.h"
 #include "engine/setup_record.h"
 #include "solids/hydrate_record.h"
