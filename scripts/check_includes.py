@@ -9,7 +9,7 @@ The graph of includes between the files of src/ has no cycle, and folders keep t
   flash       never includes api
   api         anything in src
 src never includes tools or tests; include/ includes nothing of the project; the command line sees the library only
-through its public header.
+through its public headers.
 """
 import re
 import sys
@@ -92,7 +92,7 @@ def main():
         faults += [f"{path.relative_to(ROOT)} includes {target}: public headers stand alone"
                    for target in includes(path) if not (ROOT / "include" / target).is_file()]
     for path in files("tools/cli"):
-        faults += [f"{path.relative_to(ROOT)} includes {target}: the command line sees the public header only"
+        faults += [f"{path.relative_to(ROOT)} includes {target}: the command line sees the public headers only"
                    for target in includes(path) if (ROOT / "src" / target).is_file()]
     cycle = first_cycle(graph)
     if cycle:

@@ -14,7 +14,7 @@ INDEX = ROOT / "docs" / "routines.md"
 HEADER = re.compile(r"^// ([A-Z][A-Z0-9]{2,}(?:, [A-Z][A-Z0-9]{2,})*): (.+)$")
 SECTION = re.compile(r"^(In|Out|In/Out|Shared|Status|Reports|Oddity|Source)\b\s{2,}")
 DEFINITION = re.compile(r"^(?!static\b|extern\b|return\b|//|#|\s|\})[\w:<>*& ]+?\b([A-Z][A-Z0-9]{2,})\(")
-EXPORTS = "exports.cpp"  # hands the public calls on to the routines of the same names
+EXPORTS = {"exports.cpp", "morve_exports.cpp"}  # hand the public calls on to the routines of the same names
 FOLDERS = ["api", "flash", "fastprops", "engine", "database", "characterisation", "eos", "association", "liquid",
            "solids", "steam", "transport", "numerics", "base"]
 
@@ -82,7 +82,7 @@ def plain_purpose(name, path, lines, index):
 def index_text():
     found, faults = {}, []
     for path in sorted((ROOT / "src").rglob("*.cpp")):
-        if path.name == EXPORTS:
+        if path.name in EXPORTS:
             continue
         folder = path.relative_to(ROOT / "src").parts[0]
         file = path.relative_to(ROOT).as_posix()

@@ -25,12 +25,13 @@ struct Sums {
 
 constinit Sums work{};
 
+// The pair quantities by centre and neighbour.
 R8 A(int centre, int neighbour) { return consistency.ATBIN(neighbour, centre); }
 R8 AT(int centre, int neighbour) { return consistency.ATBINT(neighbour, centre); }
-R8 ATT(int centre, int neighbour) { return consistency.ATBNTT(neighbour, centre); }
+R8 second_of_a(int centre, int neighbour) { return consistency.ATBNTT(neighbour, centre); }
 R8 G(int centre, int neighbour) { return consistency.GTBIN(neighbour, centre); }
 R8 GT(int centre, int neighbour) { return consistency.GTBINT(neighbour, centre); }
-R8 GTT(int centre, int neighbour) { return consistency.GTBNTT(neighbour, centre); }
+R8 second_of_g(int centre, int neighbour) { return consistency.GTBNTT(neighbour, centre); }
 
 void pure_ratios(int i, R8 T, bool first, bool second) {
   Sums& w = work;
@@ -86,8 +87,8 @@ void centre_sums(const CompVec& X, int i, const I4& IFCOM, const I4& ILCOM, bool
     ALT += X(j) * (AT(i, j) * G(i, j) + A(i, j) * GT(i, j));
     BLT += X(j) * GT(i, j);
     if (!second) continue;
-    ALTT += X(j) * (ATT(i, j) * G(i, j) + 2.0 * AT(i, j) * GT(i, j) + A(i, j) * GTT(i, j));
-    BLTT += X(j) * GTT(i, j);
+    ALTT += X(j) * (second_of_a(i, j) * G(i, j) + 2.0 * AT(i, j) * GT(i, j) + A(i, j) * second_of_g(i, j));
+    BLTT += X(j) * second_of_g(i, j);
   }
   w.AL(i) = AL;
   w.ALT(i) = ALT;

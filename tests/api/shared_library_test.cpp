@@ -16,7 +16,7 @@
 namespace {
 
 // The library in a name space of its own, so that its records are not those of the tests. The sanitizers cannot
-// be loaded a second time: with them it is the copy that the command line tests use.
+// be loaded a second time: with them the library stands beside the tests, whose records it does not see.
 void* load_library() {
 #if defined(__SANITIZE_ADDRESS__)
   return ::dlopen(TALIX_TEST_LIBRARY, RTLD_NOW | RTLD_LOCAL);

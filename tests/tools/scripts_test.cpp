@@ -71,6 +71,21 @@ TEST(IncludeCheck, MissingFilesAndOtherTreesAreFound) {
   EXPECT_TRUE(holds(result.output, "src never sees tools or tests")) << result.output;
 }
 
+TEST(IncludeCheck, TheCommandLineSeesThePublicHeadersOnly) {
+  for (const auto& [target, allowed] :
+       {std::pair("talix/morve.h", true), std::pair("talix/talix.h", true), std::pair("engine/t.h", false)}) {
+    const ScratchDirectory scratch;
+    write(scratch.path() / "src/engine/t.h", "\n");
+    write(scratch.path() / "include/talix/morve.h", "\n");
+    write(scratch.path() / "include/talix/talix.h", "\n");
+    write(scratch.path() / "tools/cli/x.cpp", "#include \"" + std::string(target) + "\"\n");
+    const ProcessResult result = script("check_includes.py", quoted(scratch.path().string()));
+    EXPECT_EQ(result.code, allowed ? 0 : 1) << target << "\n" << result.output;
+    EXPECT_EQ(holds(result.output, "the command line sees the public headers only"), !allowed)
+        << result.output;
+  }
+}
+
 TEST(WordCheck, TheSourcesPass) {
   const ProcessResult result = script("check_words.sh", "");
   EXPECT_EQ(result.code, 0) << result.output;

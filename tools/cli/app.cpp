@@ -8,6 +8,7 @@
 #include "cli/failure.h"
 #include "cli/flash_command.h"
 #include "cli/install_directory.h"
+#include "cli/phase_command.h"
 #include "cli/words.h"
 
 namespace talix::cli {
@@ -67,6 +68,13 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
   EnvelopeCommand envelope;
   add_common(envelope.add_to(app), envelope.options().format);
 
+  PhaseCommand phase;
+  add_common(phase.add_to(app), phase.format());
+  ModelsCommand models;
+  add_common(models.add_to(app), models.format());
+  KeysCommand keys;
+  add_common(keys.add_to(app), keys.format());
+
   ComponentsOptions components_options;
   CLI::App* const components_command =
       app.add_subcommand("components", "list or search the components of the bank");
@@ -83,6 +91,9 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     if (flash.parsed()) return flash.run(install, out, err);
     if (envelope.parsed()) return envelope.run(install, out, err);
+    if (phase.parsed()) return phase.run(install, out, err);
+    if (models.parsed()) return models.run(out);
+    if (keys.parsed()) return keys.run(install, out, err);
     return components(components_options, install, out, err);
   } catch (const CLI::ParseError& error) {
     return app.exit(error, out, err) == 0 ? kExitOk : kExitUsage;

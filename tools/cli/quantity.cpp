@@ -163,17 +163,19 @@ double parse_vapour_fraction(std::string_view text) {
   return *value;
 }
 
-std::vector<double> parse_feed(std::string_view text) {
+std::vector<double> parse_feed(std::string_view text) { return parse_amounts(text, "feed value"); }
+
+std::vector<double> parse_amounts(std::string_view text, std::string_view what) {
   std::vector<double> feed;
   for (const std::string& part : split(text, ',')) {
     std::string_view rest = part;
     const std::optional<double> value = take_number(rest);
     if (!value || !strip(rest).empty()) {
-      throw UsageError("feed value " + std::to_string(feed.size() + 1) + " '" + part +
+      throw UsageError(std::string(what) + " " + std::to_string(feed.size() + 1) + " '" + part +
                        "': not a number; write one number for each component, separated by commas");
     }
     if (*value < 0) {
-      throw UsageError("feed value " + std::to_string(feed.size() + 1) + " '" + part +
+      throw UsageError(std::string(what) + " " + std::to_string(feed.size() + 1) + " '" + part +
                        "': negative; the amount of a component is 0 or more");
     }
     feed.push_back(*value);

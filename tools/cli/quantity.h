@@ -28,4 +28,7 @@ double parse_vapour_fraction(std::string_view text);
 // "0.8,0.15,0.05" to the amounts of the components: finite and not negative.
 std::vector<double> parse_feed(std::string_view text);
 
+// The same; WHAT is what a message calls one of the values.
+std::vector<double> parse_amounts(std::string_view text, std::string_view what);
+
 }  // namespace talix::cli
