@@ -317,13 +317,6 @@ TEST_F(LoadOrder, ALoadOfTenComponentsIsQuick) {
 
 TEST_F(LoadOrder, DoorsOfOptionalDataAnswerNotAvailable) {
   I4 NFAIL = 0;
-  S0UBIN(2, NFAIL);
-  EXPECT_EQ(NFAIL, status::not_available);
-  EXPECT_EQ(ring.count, 0);
-  write_bytes(folder / "usrbin.dat", "x");
-  S0UBIN(2, NFAIL);
-  EXPECT_EQ(NFAIL, status::not_available);
-  EXPECT_EQ(last_entry(), "1 S0UBIN Data file found but not supported");
   SNLUF0(2, 0.0, 0.0, NFAIL = 0);
   EXPECT_EQ(NFAIL, status::not_available);
   SFCPC0(1, NFAIL = 0);

@@ -39,12 +39,14 @@ std::function<void(PureRecord&)> with_real(std::string_view field, float value) 
 
 TEST(BankCheck, BankOfTheProjectIsSound) {
   ListedExceptions listed(kData);
-  for (const std::string& fault : listed.unlisted(find_faults(compile_bank(kData).bank))) ADD_FAILURE() << fault;
+  for (const std::string& fault : listed.unlisted(find_faults(compile_bank(kData).bank)))
+    ADD_FAILURE() << fault;
 }
 
 TEST(ListedExceptions, ExcuseTheFaultOfTheirRecordAndFieldOnly) {
   const Folder folder;
-  folder.write("exceptions.csv", "number,code,field,reason\n22,\" 3P \",TC,a trial\n23,\" 4P \",VC,another\n");
+  folder.write("exceptions.csv",
+               "number,code,field,reason\n22,\" 3P \",TC,a trial\n23,\" 4P \",VC,another\n");
   ListedExceptions listed(folder.path());
   const std::string mine = "purezan.out, record 22 (byte offset 21000): TC is -1 K, outside 3 to 2500";
   const std::string other = "purezan.out, record 22 (byte offset 21000): PC is 0 MPa, outside 0.1 to 200";

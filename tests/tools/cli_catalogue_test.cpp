@@ -9,6 +9,7 @@
 #include "bank/tables.h"
 #include "cli/failure.h"
 #include "cli/words.h"
+#include "common/formula.h"
 #include "support/test_support.h"
 #include "tools/cli_fixture.h"
 
@@ -42,6 +43,42 @@ TEST(CliCatalogue, EveryKindOfKeyFindsTheComponent) {
 }
 
 TEST(CliCatalogue, AFormulaOfTwoComponentsNamesNone) { EXPECT_EQ(number_of(small_catalogue(), "C4H10"), 0); }
+
+TEST(CliCatalogue, AtomsOfAFormulaStandInAnyOrder) {
+  const Catalogue catalogue = small_catalogue();
+  for (const char* key : {"H4C", "h4c", "CHHHH", " H4C "}) EXPECT_EQ(number_of(catalogue, key), 20) << key;
+  EXPECT_EQ(number_of(catalogue, "CH3CH3"), 21);
+  for (const char* key : {"CH5", "H04C0", "C1H4Q", "CH4-", "C999999999999H4"})
+    EXPECT_EQ(number_of(catalogue, key), 0) << key;
+  const auto found = catalogue.search("h10c4");
+  ASSERT_EQ(found.size(), 2U);
+  EXPECT_EQ(found[0]->number, 23);
+  EXPECT_EQ(found[1]->number, 24);
+  // Two elements of one letter each, or one of two letters: small letters mean the common one.
+  EXPECT_EQ(common::capitals_of("ccl4"), "CCl4");
+  EXPECT_EQ(common::capitals_of("co2"), "CO2");
+  EXPECT_EQ(common::atoms_of("Co")->size(), 1U);
+  EXPECT_EQ(common::atoms_of("CO")->size(), 2U);
+}
+
+TEST(CliCatalogue, ANameOfTwoComponentsIsRefusedWithBoth) {
+  std::vector<CatalogueEntry> entries = {
+      test::catalogue_entry(746, "DIIS", "diisopropylamine", "108-18-9", "C6H15N", {"DIPA"}),
+      test::catalogue_entry(758, "DIPA", "diisopropanolamine", "110-97-4", "C6H15NO2", {"dipa", "di"}),
+      test::catalogue_entry(759, "QQ1 ", "another", "64-17-5", "C6H15NO2", {"DI"})};
+  const Catalogue catalogue(entries);
+  EXPECT_EQ(number_of(catalogue, "DIPA"), 758) << "a code goes before synonyms";
+  EXPECT_EQ(number_of(catalogue, "di"), 0);
+  const std::string what = refusal([&] { (void)catalogue.get("di"); });
+  EXPECT_EQ(what,
+            "'di' means 2 components: diisopropanolamine (DIPA, number 758), another (QQ1, number 759); "
+            "write the code or "
+            "the number of one");
+  EXPECT_EQ(catalogue.matches("di").size(), 2U);
+  EXPECT_EQ(catalogue.search("dipa").size(), 2U);
+  const std::string formula = refusal([&] { (void)catalogue.parse_list("H15NO2C6,di"); });
+  EXPECT_NE(formula.find("'H15NO2C6' means 2 components"), std::string::npos) << formula;
+}
 
 TEST(CliCatalogue, NamesWithCommasAreTakenWholeFromAList) {
   const Catalogue catalogue = small_catalogue();
@@ -120,6 +157,21 @@ void write_bank(const std::filesystem::path& install, const std::vector<std::pai
     record.replace(4, 4, code);
     out << record;
   }
+}
+
+TEST(CliCatalogue, TheNameOfAnotherComponentIsNoSynonym) {
+  const bank::SourceTable table = bank::SourceTable::parse(
+      "components.csv",
+      "number,code,name,cas,formula,mw,tc_K,pc_Pa,omega,tb_K,synonyms,short_name\n"
+      "252,QQ1 ,cis-3-hexene,7642-09-3,C6H12,84,510,3290000,0.28,339,,C3C6e\n"
+      "253,QQ2 ,trans-3-hexene,13269-52-8,C6H12,84,507,3180000,0.29,340,Cis-3-hexene;hex-3-ene,T3C6e\n");
+  const test::ScratchDirectory scratch;
+  bank::write_catalogue(table, scratch.path());
+  write_bank(scratch.path(), {{252, "QQ1 "}, {253, "QQ2 "}});
+  const Catalogue catalogue = Catalogue::read(scratch.path());
+  ASSERT_EQ(catalogue.entries().size(), 2U);
+  EXPECT_EQ(catalogue.entries()[1].synonyms, (std::vector<std::string>{"hex-3-ene", "T3C6e"}));
+  EXPECT_EQ(catalogue.search("cis-3-hexene").size(), 1U);
 }
 
 TEST(CliCatalogue, TableOfTheBankBecomesACatalogueAndIsReadBack) {

@@ -29,8 +29,10 @@ TEST(Correlations, FormsGiveTheirDefinition) {
               2 / std::pow(0.5, 1 + std::pow(0.25, 0.3)), 1e-12);
   EXPECT_NEAR(evaluate(form("DIPPR106", {5, 0.4, 0.1}, 400), 300.0), 5 * std::pow(0.25, 0.4 + 0.075), 1e-12);
   EXPECT_NEAR(evaluate(form("DIPPR102", {2, 0.5, 100, 2e4}), 100.0), 2 * 10 / (1 + 1 + 2), 1e-12);
-  EXPECT_NEAR(evaluate(form("DIPPR114", {2, 5, 3, 4}, 400), 200.0),
-              4 / 0.5 + 5 - 2 * 2 * 3 * 0.5 - 2 * 4 * 0.25 - 9 * 0.125 / 3 - 12 * 0.0625 / 2 - 16 * 0.03125 / 5, 1e-12);
+  EXPECT_NEAR(
+      evaluate(form("DIPPR114", {2, 5, 3, 4}, 400), 200.0),
+      4 / 0.5 + 5 - 2 * 2 * 3 * 0.5 - 2 * 4 * 0.25 - 9 * 0.125 / 3 - 12 * 0.0625 / 2 - 16 * 0.03125 / 5,
+      1e-12);
   EXPECT_NEAR(evaluate(form("ZABR_QUASI", {1, 2, 3, 4, 5, 6}, 400), 200.0),
               8.314462618 * (std::log(0.5) + 4 + 3 + 2 + 1.25 + 0.75), 1e-9);
   EXPECT_NEAR(evaluate(form("CS118", {1, 200, 0.5, 1e-4, 1}), 100.0),

@@ -27,7 +27,8 @@ SetValues extended_antoine() { return {104.65, -6995.5, 0.0, 0.0, -12.702, 1.2e-
 TEST(ExtendedAntoine, TakesBackItsOwnForm) {
   const FitComponent c = like_hexane();
   Reference ref;
-  for (double T = 200.0; T < 500.0; T += 10.0) ref.sat.push_back({T, panto_pressure(extended_antoine(), T), 0, 0, 0});
+  for (double T = 200.0; T < 500.0; T += 10.0)
+    ref.sat.push_back({T, panto_pressure(extended_antoine(), T), 0, 0, 0});
   const auto set = fit_extended_antoine(c, ref);
   ASSERT_TRUE(set.has_value());
   EXPECT_LT(set->deviation.worst, 0.05);

@@ -109,8 +109,9 @@ void write_zones(std::ostream& out, const std::vector<Line>& lines) {
     const double tc = l.component->tc;
     out << "| " << l.component->name << " | " << figure("%.0f", tc / 1.04 - 273.15) << " to "
         << figure("%.0f", tc * 1.1 - 273.15) << " | " << figure("%.1f", l.zone.a) << " | "
-        << figure("%.1f", l.zone.b) << " | " << figure("%.0f", l.zone.H) << " | " << figure("%.0f", l.zone.H_gas)
-        << " | " << pair_of(l.zone.CP, "%.1f") << " | " << figure("%.3f", l.zone.JT) << " |\n";
+        << figure("%.1f", l.zone.b) << " | " << figure("%.0f", l.zone.H) << " | "
+        << figure("%.0f", l.zone.H_gas) << " | " << pair_of(l.zone.CP, "%.1f") << " | "
+        << figure("%.3f", l.zone.JT) << " |\n";
   }
   out << '\n';
 }
@@ -124,14 +125,18 @@ void write_notes(std::ostream& out) {
          "  relation. Where a vapour pressure relation ends below the critical point, the Wagner form "
          "through it\n"
          "  and the critical point carries on. Points below 0.5 Pa are left out.\n"
-         "- Heat of vaporisation counts little in the fits of fluids with a reference equation, and not at all elsewhere; "
+         "- Heat of vaporisation counts little in the fits of fluids with a reference equation, and not at "
+         "all elsewhere; "
          "vapour\n"
-         "  density is not fitted. With the right vapour pressure, the cubic gives the vapour of a polar fluid too light, "
+         "  density is not fitted. With the right vapour pressure, the cubic gives the vapour of a polar "
+         "fluid too light, "
          "and\n"
          "  above 0.9 Tc that of every fluid; the heat of vaporisation is too large by as much.\n"
-         "- Methane, ethane, oxygen, argon, carbon monoxide, carbon dioxide and hydrogen sulphide are fitted with more "
+         "- Methane, ethane, oxygen, argon, carbon monoxide, carbon dioxide and hydrogen sulphide are fitted "
+         "with more "
          "weight on\n"
-         "  the gas up to 100 bar, next to the critical temperature as well; carbon dioxide and methane pay with their "
+         "  the gas up to 100 bar, next to the critical temperature as well; carbon dioxide and methane pay "
+         "with their "
          "liquid\n"
          "  density.\n"
          "- Hydrogen, helium and nitrogen have tabulated constants for b above Tc/T 1.04. Those of helium "
@@ -186,8 +191,8 @@ std::vector<std::string> write_accuracy_report(const Bank& bank, const std::file
   std::vector<std::string> faults;
   for (const Finding& f : findings) {
     if (f.reason.empty())
-      faults.push_back("purezan.out, record " + std::to_string(f.component->number) + " (" + f.component->name +
-                       "): " + f.what);
+      faults.push_back("purezan.out, record " + std::to_string(f.component->number) + " (" +
+                       f.component->name + "): " + f.what);
   }
   for (const std::string& row : listed.unused()) faults.push_back(row);
   return faults;

@@ -28,8 +28,8 @@ std::string figures(const char* format, double a, double b) {
 
 // Molecules that pair up in the vapour, which the equation knows nothing of.
 bool pairs_in_vapour(const FitComponent& c) {
-  constexpr std::array<std::string_view, 4> kOthers{"hydrogen fluoride", "nitrogen dioxide", "dinitrogen tetroxide",
-                                                    "sulphur"};
+  constexpr std::array<std::string_view, 4> kOthers{"hydrogen fluoride", "nitrogen dioxide",
+                                                    "dinitrogen tetroxide", "sulphur"};
   return c.family.find("acid") != std::string::npos ||
          std::find(kOthers.begin(), kOthers.end(), c.name) != kOthers.end();
 }
@@ -61,8 +61,9 @@ std::string heat_reason(const Line& l, const std::string& note) {
   if (std::fabs(vapour) > kVapourApart)
     return figure("the equation gives the saturated vapour %+.1f %% off in density", vapour);
   if (std::fabs(slope) > kHeatApart && std::fabs(percent(b.hvap_cubic, b.hvap_slope)) < kHeat) {
-    return figure(l.hvap_estimated ? "its source is an estimate; the slope of the vapour pressure asks for %.2f kJ/mol"
-                                   : "the sources disagree: the slope of the vapour pressure asks for %.2f kJ/mol",
+    return figure(l.hvap_estimated
+                      ? "its source is an estimate; the slope of the vapour pressure asks for %.2f kJ/mol"
+                      : "the sources disagree: the slope of the vapour pressure asks for %.2f kJ/mol",
                   b.hvap_slope / 1000.0);
   }
   if (!note.empty()) return note;
@@ -79,14 +80,16 @@ void check_boiling(const Line& l, const std::string& note, std::vector<Finding>&
   if (b.cubic <= 0.0) {
     out.push_back({l.component, "no boiling point", note});
   } else if (std::fabs(b.cubic - b.given) > kBoiling) {
-    out.push_back({l.component, figures("boils at %.2f K, record %.2f K", b.cubic, b.given), boiling_reason(l, note)});
+    out.push_back(
+        {l.component, figures("boils at %.2f K, record %.2f K", b.cubic, b.given), boiling_reason(l, note)});
   }
   if (b.hvap_given <= 0.0 || b.hvap_cubic <= 0.0) return;
   const double off = percent(b.hvap_cubic, b.hvap_given);
   if (std::fabs(off) > kHeat)
-    out.push_back({l.component,
-                   figures("heat of vaporisation %+.1f %% off its source, %.2f kJ/mol", off, b.hvap_given / 1000.0),
-                   heat_reason(l, note)});
+    out.push_back(
+        {l.component,
+         figures("heat of vaporisation %+.1f %% off its source, %.2f kJ/mol", off, b.hvap_given / 1000.0),
+         heat_reason(l, note)});
 }
 
 void check_shape(const Line& l, const std::string& note, std::vector<Finding>& out) {
@@ -114,7 +117,8 @@ std::map<int, std::string> fit_notes(const std::filesystem::path& data_dir) {
   return notes;
 }
 
-std::vector<Finding> find_exceptions(const std::vector<Line>& lines, const std::map<int, std::string>& notes) {
+std::vector<Finding> find_exceptions(const std::vector<Line>& lines,
+                                     const std::map<int, std::string>& notes) {
   std::vector<Finding> out;
   for (const Line& l : lines) {
     const std::string note = note_of(notes, l.component->number);
@@ -135,19 +139,23 @@ void write_exceptions(std::ostream& out, const std::vector<Finding>& findings, c
   out << "## Exceptions\n\n"
          "Every component boils within "
       << kBoiling << " K of its record by the equation, has a heat of vaporisation within " << kHeat
-      << " % of its\nsource there, a vapour pressure that rises and a liquid density that falls with temperature, and a "
+      << " % of its\nsource there, a vapour pressure that rises and a liquid density that falls with "
+         "temperature, and a "
          "and b above zero\nfrom 0.3 to 4 Tc, but for the following "
       << named << " of " << lines.size() << ". Boiling points of the " << sublime
-      << " components that sublime are left\nout.\n\n| number | component | what | reason |\n|---|---|---|---|\n";
+      << " components that sublime are left\nout.\n\n| number | component | what | reason "
+         "|\n|---|---|---|---|\n";
   for (const Finding& f : findings)
     out << "| " << f.component->number << " | " << f.component->name << " | " << f.what << " | "
         << (f.reason.empty() ? "none known" : f.reason) << " |\n";
   out << "\n## Less than a full fit\n\n"
-         "Components whose curves are not a full fit to their own data: what was wrong, and what stands in its "
+         "Components whose curves are not a full fit to their own data: what was wrong, and what stands in "
+         "its "
          "place.\n\n| number | component | |\n|---|---|---|\n";
   for (const Line& l : lines) {
     const auto it = notes.find(l.component->number);
-    if (it != notes.end()) out << "| " << it->first << " | " << l.component->name << " | " << it->second << " |\n";
+    if (it != notes.end())
+      out << "| " << it->first << " | " << l.component->name << " | " << it->second << " |\n";
   }
   out << '\n';
 }
@@ -163,8 +171,8 @@ void write_listed(std::ostream& out, const std::vector<std::string>& faults, Lis
     if (!reason) continue;
     const auto at = std::find_if(lines.begin(), lines.end(),
                                  [&](const Line& l) { return l.component->number == parts.number; });
-    out << "| " << parts.number << " | " << (at != lines.end() ? at->component->name : "") << " | " << parts.what
-        << " | " << *reason << " |\n";
+    out << "| " << parts.number << " | " << (at != lines.end() ? at->component->name : "") << " | "
+        << parts.what << " | " << *reason << " |\n";
   }
   out << '\n';
 }

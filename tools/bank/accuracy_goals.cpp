@@ -16,7 +16,7 @@ constexpr std::array<std::string_view, 8> kGases{"methane", "ethane", "nitrogen"
                                                  "oxygen",  "argon",  "carbon monoxide", "hydrogen sulphide"};
 
 // Mean of a deviation over the components that have it.
-double mean_of(const std::vector<Line>& lines, Deviation Line::* member, bool reference, int* count) {
+double mean_of(const std::vector<Line>& lines, Deviation Line::*member, bool reference, int* count) {
   double sum = 0.0;
   int n = 0;
   for (const Line& l : lines) {
@@ -38,11 +38,13 @@ void row(std::ostream& out, const char* what, const char* states, int n, double 
 }
 
 void write_gas_goals(std::ostream& out, const std::vector<Line>& lines) {
-  out << "Gases up to 100 bar against GERG-2008, all states of `data/supercritical_points.csv` and those outside "
+  out << "Gases up to 100 bar against GERG-2008, all states of `data/supercritical_points.csv` and those "
+         "outside "
          "0.95 to\n1.15 Tc; mean / worst deviation in percent; goals for the means over all states "
       << figure("%g", kGasRho) << ", " << figure("%g", kGasCp) << " and " << figure("%g", kGasW)
       << ".\n\n"
-         "| gas | states | density | heat capacity | speed of sound | goals | outside: states | density | heat "
+         "| gas | states | density | heat capacity | speed of sound | goals | outside: states | density | "
+         "heat "
          "capacity | speed of sound |\n|---|---|---|---|---|---|---|---|---|---|\n";
   for (const std::string_view name : kGases) {
     const auto at =
@@ -61,9 +63,12 @@ void write_gas_goals(std::ostream& out, const std::vector<Line>& lines) {
 void write_zone_costs(std::ostream& out, const std::vector<Line>& lines) {
   constexpr std::array<std::string_view, 4> kFluids{"carbon dioxide", "ethane", "propane", "water"};
   out << "## What the stated derivatives cost\n\n"
-         "From 0.962 to 1.1 Tc the temperature derivatives of a and b are straight lines and not the slopes of the "
-         "values.\nMean / largest error that this brings into enthalpy [J/mol], heat capacity [%] and Joule-Thomson "
-         "coefficient [K/bar],\nin parts of the zone; the heat capacity itself is without bound at the critical "
+         "From 0.962 to 1.1 Tc the temperature derivatives of a and b are straight lines and not the slopes "
+         "of the "
+         "values.\nMean / largest error that this brings into enthalpy [J/mol], heat capacity [%] and "
+         "Joule-Thomson "
+         "coefficient [K/bar],\nin parts of the zone; the heat capacity itself is without bound at the "
+         "critical "
          "point.\n\n"
          "| fluid | T/Tc | P/Pc | enthalpy | heat capacity | Joule-Thomson |\n|---|---|---|---|---|---|\n";
   struct Part {
@@ -83,9 +88,9 @@ void write_zone_costs(std::ostream& out, const std::vector<Line>& lines) {
           JT.add(s.JT);
         }
         for (Deviation* d : {&H, &CP, &JT}) d->finish();
-        out << "| " << name << " | " << figure("%.2f", part.from) << " to " << figure("%.2f", part.to) << " | "
-            << figure("%.1f", pr) << " | " << pair_of(H, "%.0f") << " | " << pair_of(CP, "%.1f") << " | "
-            << pair_of(JT, "%.3f") << " |\n";
+        out << "| " << name << " | " << figure("%.2f", part.from) << " to " << figure("%.2f", part.to)
+            << " | " << figure("%.1f", pr) << " | " << pair_of(H, "%.0f") << " | " << pair_of(CP, "%.1f")
+            << " | " << pair_of(JT, "%.3f") << " |\n";
       }
     }
   }
@@ -113,15 +118,19 @@ void write_goals(std::ostream& out, const std::vector<Line>& lines) {
   row(out, "vapour pressure, all with reference or ranked relations", "0.50 to 0.95", g.all, g.psat_all,
       kPsatAll);
   row(out, "liquid density, the same", "0.50 to 0.95", g.all_density, g.rhol_all, kRholAll);
-  row(out, "vapour pressure, reference fluids", "0.50 to 0.95", g.reference, g.psat_reference, kPsatReference);
+  row(out, "vapour pressure, reference fluids", "0.50 to 0.95", g.reference, g.psat_reference,
+      kPsatReference);
   row(out, "liquid density, reference fluids", "0.50 to 0.95", g.reference, g.rhol_reference, kRholReference);
   row(out, "heat of vaporisation, reference fluids", "0.50 to 0.90", g.reference, g.hvap_reference,
       kHvapReference);
-  out << "\nThe heat of vaporisation follows from the volumes and the slope of the vapour pressure. With vapour pressure "
+  out << "\nThe heat of vaporisation follows from the volumes and the slope of the vapour pressure. With "
+         "vapour pressure "
          "and liquid\ndensity exact at every temperature the form itself would be "
       << figure("%.2f", g.hvap_form)
-      << " % off on average: it has the vapour of polar fluids too light. What is\nbelow that is bought with the slope of "
-         "the vapour pressure. In trials on 64 of the fluids a heavier weight brought it from\n2.29 to 2.21 and 2.01 %, and "
+      << " % off on average: it has the vapour of polar fluids too light. What is\nbelow that is bought with "
+         "the slope of "
+         "the vapour pressure. In trials on 64 of the fluids a heavier weight brought it from\n2.29 to 2.21 "
+         "and 2.01 %, and "
          "the vapour pressure from 0.10 to 0.17 and 0.43 %; the bank keeps the vapour pressure.\n\n";
   write_gas_goals(out, lines);
   write_zone_costs(out, lines);

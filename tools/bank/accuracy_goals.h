@@ -13,7 +13,7 @@ struct GoalFigures {
   double psat_all = 0.0, rhol_all = 0.0;  // means over the components with reference or ranked relations [%]
   double psat_reference = 0.0, rhol_reference = 0.0, hvap_reference = 0.0;  // over the reference fluids [%]
   double hvap_form = 0.0;  // what the form leaves of it with vapour pressure and liquid density exact [%]
-  int all = 0, all_density = 0, reference = 0;                              // how many
+  int all = 0, all_density = 0, reference = 0;  // how many
 };
 
 GoalFigures goal_figures(const std::vector<Line>& lines);

@@ -17,10 +17,10 @@ namespace talix::bank {
 
 namespace {
 
-constexpr int kMostAtOnce = 50;          // components that the engine takes in one load
-constexpr double kFarFrom = 1.15;        // reduced temperature from which the gas region counts as open
-constexpr double kNearFrom = 0.95;       // and up to which
-constexpr double kMostPressure = 405e5;  // end of the comparison in the gas region [Pa]
+constexpr int kMostAtOnce = 50;           // components that the engine takes in one load
+constexpr double kFarFrom = 1.15;         // reduced temperature from which the gas region counts as open
+constexpr double kNearFrom = 0.95;        // and up to which
+constexpr double kMostPressure = 405e5;   // end of the comparison in the gas region [Pa]
 constexpr double kLowPressure = 100.5e5;  // end of what pipelines and plants mostly run at [Pa]
 
 void compare_saturation(const EngineSet& engine, int i, const Reference& ref, Line& line) {
@@ -71,7 +71,8 @@ void compare_form(const EngineSet& engine, int i, const Reference& ref, Line& li
       if (nearest == nullptr || std::fabs(p.B - b) < std::fabs(nearest->B - b)) nearest = &p;
     }
     Root liquid{}, vapour{};
-    if (nearest == nullptr || outer_roots(nearest->A, nearest->B, u, s.psat / pc, liquid, vapour) != 2) continue;
+    if (nearest == nullptr || outer_roots(nearest->A, nearest->B, u, s.psat / pc, liquid, vapour) != 2)
+      continue;
     const double right = s.psat / rt * (1.0 / s.rhov - 1.0 / s.rhol);
     line.hvap_form.add(100.0 * ((vapour.Z - liquid.Z) / right - 1.0));
   }
@@ -193,7 +194,8 @@ double source_boiling(const std::vector<SatPoint>& sat) {
   return 0.5 * (low + high);
 }
 
-void compare_boiling(const EngineSet& engine, int i, const Reference& ref, const FitComponent& c, Line& line) {
+void compare_boiling(const EngineSet& engine, int i, const Reference& ref, const FitComponent& c,
+                     Line& line) {
   BoilingFigures& b = line.boiling;
   b.given = c.tb;
   b.sublimes = c.sublimes;
@@ -230,7 +232,8 @@ void compare_boiling(const EngineSet& engine, int i, const Reference& ref, const
   if (rhov.ok) b.rhov_source = std::exp(rhov.value);
 }
 
-void check_curves(const EngineSet& engine, int i, const Reference& ref, const FitComponent& c, CurveFaults& f) {
+void check_curves(const EngineSet& engine, int i, const Reference& ref, const FitComponent& c,
+                  CurveFaults& f) {
   const Curves curves = engine.curves(i);
   constexpr double kStep = 0.01, kLow = 0.3, kHigh = 4.0, kFloor = 0.001, kTop = 0.98;
   const double tc = engine.critical_temperature(i);
@@ -275,10 +278,12 @@ Line compare(const EngineSet& engine, int i, const ReferenceTables& tables, cons
   measure_zone(engine, i, cp_ig, line.zone);
   compare_boiling(engine, i, ref, c, line);
   check_curves(engine, i, ref, c, line.faults);
-  for (Deviation* d : {&line.psat, &line.rhol, &line.rhov, &line.hvap, &line.hvap_low, &line.near_rho,
-                       &line.rho, &line.cp, &line.w, &line.jt, &line.cp_ig, &line.wagner, &line.psat_core,
-                       &line.rhol_core, &line.hvap_core, &line.hvap_form, &line.low.rho, &line.low.cp, &line.low.w,
-                       &line.low_open.rho, &line.low_open.cp, &line.low_open.w}) {
+  for (Deviation* d :
+       {&line.psat,        &line.rhol,      &line.rhov,      &line.hvap,      &line.hvap_low,
+        &line.near_rho,    &line.rho,       &line.cp,        &line.w,         &line.jt,
+        &line.cp_ig,       &line.wagner,    &line.psat_core, &line.rhol_core, &line.hvap_core,
+        &line.hvap_form,   &line.low.rho,   &line.low.cp,    &line.low.w,     &line.low_open.rho,
+        &line.low_open.cp, &line.low_open.w}) {
     d->finish();
   }
   return line;

@@ -11,8 +11,8 @@ namespace talix::bank {
 
 // Cost of the stated derivatives at one state inside the zones.
 struct ZoneState {
-  double u, pr;       // T/Tc, P/Pc [-]
-  double H, CP, JT;   // error of enthalpy [J/mol], heat capacity [%], Joule-Thomson coefficient [K/bar]
+  double u, pr;      // T/Tc, P/Pc [-]
+  double H, CP, JT;  // error of enthalpy [J/mol], heat capacity [%], Joule-Thomson coefficient [K/bar]
 };
 
 // Errors of the straight lines of derivatives inside the zones, against the slopes of the values.
@@ -57,18 +57,18 @@ struct BoilingFigures {
 struct Line {
   const FitComponent* component = nullptr;
   std::string basis;
-  std::string source;           // of the saturation line
-  int missing = 0;              // saturation points at which the engine finds one phase only
+  std::string source;  // of the saturation line
+  int missing = 0;     // saturation points at which the engine finds one phase only
   Deviation psat, rhol, rhov, hvap;
-  Deviation hvap_low;           // heat of vaporisation to 0.90 Tc
+  Deviation hvap_low;              // heat of vaporisation to 0.90 Tc
   Deviation psat_core, rhol_core;  // 0.50 to 0.95 Tc
-  Deviation hvap_core;          // 0.50 to 0.90 Tc
-  Deviation hvap_form;          // the same with vapour pressure and liquid density exact at every temperature
-  GasDeviations low;            // gas states up to 100 bar
-  GasDeviations low_open;       // of these the ones outside 0.95 to 1.15 Tc
+  Deviation hvap_core;             // 0.50 to 0.90 Tc
+  Deviation hvap_form;     // the same with vapour pressure and liquid density exact at every temperature
+  GasDeviations low;       // gas states up to 100 bar
+  GasDeviations low_open;  // of these the ones outside 0.95 to 1.15 Tc
   Deviation near_rho, rho, cp, w;  // above the critical temperature, below and from 1.15 Tc
-  Deviation jt;                 // [mK/bar]
-  Deviation wagner, cp_ig;      // vapour pressure set and heat capacity polynomial of the record
+  Deviation jt;                    // [mK/bar]
+  Deviation wagner, cp_ig;         // vapour pressure set and heat capacity polynomial of the record
   ZoneErrors zone;
   BoilingFigures boiling;
   CurveFaults faults;

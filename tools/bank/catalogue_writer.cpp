@@ -1,12 +1,15 @@
 #include "bank/catalogue_writer.h"
 
+#include <algorithm>
 #include <array>
+#include <cctype>
 #include <charconv>
 #include <fstream>
+#include <set>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <system_error>
-
 
 namespace talix::bank {
 
@@ -34,11 +37,23 @@ std::string field(std::string_view text) {
   return quoted + '"';
 }
 
-// The synonyms and the short name, which is one more name that users type.
-std::string names_of(const SourceTable& table, std::size_t row) {
-  std::string names = table.text(row, "synonyms");
-  const std::string& short_name = table.text(row, "short_name");
-  if (!short_name.empty()) names += (names.empty() ? "" : ";") + short_name;
+std::string lowered(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
+}
+
+// The synonyms and the short name, which is one more name that users type. What is the name of another component is
+// none: sources list a few isomers under each other's.
+std::string names_of(const SourceTable& table, std::size_t row, const std::set<std::string>& main_names) {
+  std::istringstream synonyms(table.text(row, "synonyms") + ";" + table.text(row, "short_name"));
+  const std::string own = lowered(table.text(row, "name"));
+  std::string names;
+  for (std::string name; std::getline(synonyms, name, ';');) {
+    const std::string key = lowered(name);
+    if (name.empty() || (key != own && main_names.contains(key))) continue;
+    names += (names.empty() ? "" : ";") + name;
+  }
   return names;
 }
 
@@ -53,6 +68,8 @@ void write_catalogue(const SourceTable& table, const std::filesystem::path& shar
   const std::filesystem::path file = share_dir / "catalogue.csv";
   std::ofstream out(file, std::ios::binary | std::ios::trunc);
   out << "number,code,name,cas,formula,molar_mass_g_mol,tc_K,pc_bar,omega,tb_K,synonyms\n";
+  std::set<std::string> names;
+  for (std::size_t row = 0; row < table.rows(); ++row) names.insert(lowered(table.text(row, "name")));
   for (std::size_t row = 0; row < table.rows(); ++row) {
     const std::optional<double> pascal = table.number(row, "pc_Pa", {"Pa", 1, 1e10});
     out << table.integer(row, "number", 2, 1246)                              //
@@ -65,7 +82,7 @@ void write_catalogue(const SourceTable& table, const std::filesystem::path& shar
         << ',' << (pascal ? digits(*pascal / kPascalPerBar) : std::string())  //
         << ',' << digits(table.number(row, "omega", {"-", -1, 10}))           //
         << ',' << digits(table.number(row, "tb_K", {"K", 1, 1e4}))            //
-        << ',' << field(names_of(table, row)) << '\n';
+        << ',' << field(names_of(table, row, names)) << '\n';
   }
   out.close();
   if (!out) throw BankError(file.string() + ": cannot be written; check the directory and the space left");

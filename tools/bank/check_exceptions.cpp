@@ -23,8 +23,8 @@ ListedExceptions::ListedExceptions(const std::filesystem::path& data_dir) {
   for (std::size_t row = 0; row < table.rows(); ++row) {
     if (table.text(row, "field").empty()) table.fail(row, "field", "say what the fault begins with");
     if (table.text(row, "reason").empty()) table.fail(row, "reason", "an exception wants a reason");
-    rows_.push_back(
-        {table.integer(row, "number", 2, kHighest), table.text(row, "field"), table.text(row, "reason"), false});
+    rows_.push_back({table.integer(row, "number", 2, kHighest), table.text(row, "field"),
+                     table.text(row, "reason"), false});
   }
 }
 

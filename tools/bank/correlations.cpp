@@ -78,8 +78,7 @@ double dippr114(const std::array<double, 27>& c, double t) {
 }
 
 double quasi_polynomial(const std::array<double, 27>& c, double r) {
-  return R_CODATA *
-         (c[0] * std::log(1.0 - r) + c[1] / (1.0 - r) + c[2] + r * (c[3] + r * (c[4] + r * c[5])));
+  return R_CODATA * (c[0] * std::log(1.0 - r) + c[1] / (1.0 - r) + c[2] + r * (c[3] + r * (c[4] + r * c[5])));
 }
 
 double ratio(const Correlation& r, double T) {

@@ -26,7 +26,7 @@ class InterruptGuard {
  public:
   InterruptGuard() {
     interrupted = 0;
-    struct sigaction action{};
+    struct sigaction action {};
     action.sa_handler = [](int) { interrupted = 1; };
     ::sigaction(SIGINT, &action, &old_int_);
     ::sigaction(SIGTERM, &action, &old_term_);
@@ -39,7 +39,8 @@ class InterruptGuard {
   InterruptGuard& operator=(const InterruptGuard&) = delete;
 
  private:
-  struct sigaction old_int_{}, old_term_{};
+  struct sigaction old_int_ {
+  }, old_term_{};
 };
 
 bool selected(const FitOptions& options, const FitComponent& c) {
@@ -90,8 +91,8 @@ struct Task {
 };
 
 // Works off the tasks on several threads; false after an interrupt.
-bool run(std::vector<Task>& tasks, const ReferenceTables& tables, const FitParts& parts, const FitOptions& options,
-         FitJournal& journal, FitProgress& progress) {
+bool run(std::vector<Task>& tasks, const ReferenceTables& tables, const FitParts& parts,
+         const FitOptions& options, FitJournal& journal, FitProgress& progress) {
   std::atomic<std::size_t> next{0};
   std::mutex turn;
   const auto work = [&] {
@@ -129,12 +130,12 @@ bool write_tables(const FitOptions& options, const std::vector<Task>& tasks) {
   };
   using Lines = std::vector<std::string>;
   if (options.curves) {
-    const bool written =
-        table("curves.csv", kCurvesComment, kCurvesHeader, [](const ComponentRows& r) { return Lines{r.curves}; }) &&
-        table("ideal_gas.csv", kIdealComment, kIdealHeader,
-              [](const ComponentRows& r) { return Lines{r.ideal_gas}; }) &&
-        table("vapour_pressure.csv", kVapourComment, kVapourHeader,
-              [](const ComponentRows& r) { return Lines{r.vapour_pressure}; });
+    const bool written = table("curves.csv", kCurvesComment, kCurvesHeader,
+                               [](const ComponentRows& r) { return Lines{r.curves}; }) &&
+                         table("ideal_gas.csv", kIdealComment, kIdealHeader,
+                               [](const ComponentRows& r) { return Lines{r.ideal_gas}; }) &&
+                         table("vapour_pressure.csv", kVapourComment, kVapourHeader,
+                               [](const ComponentRows& r) { return Lines{r.vapour_pressure}; });
     if (!written) return false;
   }
   return !options.transport || table("transport.csv", kTransportComment, kTransportHeader,
@@ -187,10 +188,9 @@ int fit_main(const FitOptions& options) {
       return kFitInterrupted;
     }
   }
-  if (!write_tables(options, tasks)) return fail("cannot write the tables in " + options.data_dir +
-                                                         (options.only.empty()
-                                                              ? ""
-                                                              : ", or they have other columns; fit all components"));
+  if (!write_tables(options, tasks))
+    return fail("cannot write the tables in " + options.data_dir +
+                (options.only.empty() ? "" : ", or they have other columns; fit all components"));
   std::vector<int> numbers;
   for (const Task& t : tasks) numbers.push_back(t.component->number);
   journal.finish(numbers);

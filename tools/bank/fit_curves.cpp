@@ -266,9 +266,10 @@ constexpr double kWorstPressure = 3.0;  // mean deviation of the vapour pressure
 
 // What keeps curves from use, and how far off the saturation line they are.
 struct Verdict {
-  bool sound = false;   // a and b as they must be at any temperature
-  double score = 1e9;   // mean deviations of pressure and density with a charge for states without two phases [%]
-  std::string fault;    // empty where the curves will do
+  bool sound = false;  // a and b as they must be at any temperature
+  double score =
+      1e9;  // mean deviations of pressure and density with a charge for states without two phases [%]
+  std::string fault;  // empty where the curves will do
 };
 
 std::string with_figure(const char* format, double value) {
@@ -319,9 +320,9 @@ bool wide_enough(const FitComponent& c, const Reference& ref) {
 
 // How a fit departs from the full one.
 struct Departure {
-  bool held = false;      // widths and bends of the curves at their general values
-  double density = 1.0;   // factor on the standard deviation of the density
-  double firm = 1.0;      // factor on what keeps a falling
+  bool held = false;     // widths and bends of the curves at their general values
+  double density = 1.0;  // factor on the standard deviation of the density
+  double firm = 1.0;     // factor on what keeps a falling
 };
 
 CurveFit fitted(const FitComponent& c, const Reference& ref, const std::array<double, 8>& cp_ig,
@@ -362,7 +363,8 @@ CurveFit fit_curves(const FitComponent& c, const Reference& ref, const std::arra
   };
   if (first.sound) best.note = "full fit, but " + first.fault;
   constexpr double kFirm = 30.0;
-  if (!first.sound && better(fitted(c, ref, cp_ig, {.held = !wide, .firm = kFirm}), "a held falling")) return best;
+  if (!first.sound && better(fitted(c, ref, cp_ig, {.held = !wide, .firm = kFirm}), "a held falling"))
+    return best;
   if (wide && better(fitted(c, ref, cp_ig, {.held = true, .firm = kFirm}),
                      "widths and bends of the curves held at their general values"))
     return best;
@@ -371,12 +373,14 @@ CurveFit fit_curves(const FitComponent& c, const Reference& ref, const std::arra
   CurveFit pressure = fitted(c, ref, cp_ig, {.density = kGivenUp, .firm = kFirm});
   const CurveFigures f = figures_of(c, ref, pressure.curves, {});
   if (judge(c, ref, pressure.curves).sound && f.missing == 0 && f.psat.mean < kWorstPressure) {
-    pressure.note = "full fit: " + first.fault + with_figure("; liquid density given up, %.0f %% off on average", f.rhol.mean);
+    pressure.note = "full fit: " + first.fault +
+                    with_figure("; liquid density given up, %.0f %% off on average", f.rhol.mean);
     return pressure;
   }
   Reference general = ref;
   saturation_generalised(c, general);
-  if (better(fitted(c, general, cp_ig, {.held = true, .firm = kFirm}), "fitted to corresponding states")) return best;
+  if (better(fitted(c, general, cp_ig, {.held = true, .firm = kFirm}), "fitted to corresponding states"))
+    return best;
   CurveFit last;
   last.curves.kind = quantum_of(c.code.c_str());
   last.curves.p = generalised_constants(std::max(c.omega, 0.1045));

@@ -28,7 +28,7 @@ class Hash {
 
 // Size and time of the running program: other weights are another program.
 void add_program(Hash& hash) {
-  struct stat info{};
+  struct stat info {};
   if (::stat("/proc/self/exe", &info) != 0) return;
   hash.add(static_cast<double>(info.st_size));
   hash.add(static_cast<double>(info.st_mtime));

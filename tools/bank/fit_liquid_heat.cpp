@@ -9,8 +9,8 @@ namespace talix::bank {
 namespace {
 
 constexpr double kHighest = 0.985;  // reduced temperature up to which a vapour pressure is fitted
-constexpr double kHeatGoal = 1.0;   // largest deviation of the heat capacity that asks for no further term [%]
-constexpr double kLastPower = 6.0;  // of T in the extended Antoine equation
+constexpr double kHeatGoal = 1.0;  // largest deviation of the heat capacity that asks for no further term [%]
+constexpr double kLastPower = 6.0;                // of T in the extended Antoine equation
 constexpr double kColdWeight = 0.2, kCold = 0.4;  // weight below this reduced temperature
 
 double polynomial(const SetValues& c, double T) {
@@ -66,8 +66,15 @@ std::optional<FittedSet> fit_extended_antoine(const FitComponent& c, const Refer
   constexpr std::size_t kFewest = 6;
   if (points.size() < kFewest) return std::nullopt;
   const std::vector<double> x = fit_evenly(m, b, w);
-  set.c = {x[0] - x[2] * std::log(c.tc), x[1] * c.tc, 0.0, 0.0, x[2], x[3] / std::pow(c.tc, kLastPower), kLastPower,
-           points.front().T, points.back().T};
+  set.c = {x[0] - x[2] * std::log(c.tc),
+           x[1] * c.tc,
+           0.0,
+           0.0,
+           x[2],
+           x[3] / std::pow(c.tc, kLastPower),
+           kLastPower,
+           points.front().T,
+           points.back().T};
   round_all(set);
   set.tmin = points.front().T;
   set.tmax = points.back().T;

@@ -139,6 +139,32 @@ void describe(PairEquation& equation, const Chosen& points, PairFit& fit) {
   fit.mean = n > 0 ? sum / n : 0.0;
 }
 
+// Mean and WORST deviation of ln H over the range of a Henry constant.
+double henry_deviation(PairEquation& equation, const PairParameters& k, const HenryConstant& henry,
+                       double& worst) {
+  constexpr double kStep = 10.0;  // [K]
+  const double water = henry.gas_first ? 0.0 : 1.0;
+  const std::size_t gas = henry.gas_first ? 0 : 1;
+  const int steps = static_cast<int>(std::lround((henry.tmax - henry.tmin) / kStep));
+  equation.set(k);
+  double sum = 0.0, start = 1e3;
+  worst = 0.0;
+  for (int i = 0; i <= steps; ++i) {
+    const double T = henry.tmin + kStep * i;
+    const PairState s = bubble_point(equation, T, water, start);
+    double d = kCap;
+    if (s.ok) {
+      start = s.P;
+      const PairPhase l = equation.phase(T, s.P, water, PairRoot::liquid);
+      const double ln_h = henry.h1 + henry.h2 / T + henry.h3 * std::log(T) + henry.h4 * T;
+      d = std::fabs(l.lnphi.at(gas) + std::log(s.P) - ln_h);
+    }
+    worst = std::max(worst, d);
+    sum += std::min(d, kCap);
+  }
+  return sum / (steps + 1);
+}
+
 }  // namespace
 
 PairParameters rounded(const PairParameters& k) {
@@ -218,41 +244,17 @@ PairFit fit_henry(const PairComponent& first, const PairComponent& second, const
     return PairParameters{(aqueous + gas) / 2.0, slope / 2.0, sign * (aqueous - gas) / 2.0,
                           sign * slope / 2.0};
   };
-  constexpr double kStep = 10.0;  // [K]
-  const double water = henry.gas_first ? 0.0 : 1.0;
-  const std::size_t gas = henry.gas_first ? 0 : 1;
-  const auto deviations = [&](const PairParameters& k, double& worst) {
-    equation.set(k);
-    double sum = 0.0;
-    int n = 0;
-    worst = 0.0;
-    double start = 1e3;
-    for (double T = henry.tmin; T <= henry.tmax + 1e-9; T += kStep) {
-      const PairState s = bubble_point(equation, T, water, start);
-      double d = kCap;
-      if (s.ok) {
-        start = s.P;
-        const PairPhase l = equation.phase(T, s.P, water, PairRoot::liquid);
-        const double ln_h = henry.h1 + henry.h2 / T + henry.h3 * std::log(T) + henry.h4 * T;
-        d = std::fabs(l.lnphi.at(gas) + std::log(s.P) - ln_h);
-      }
-      worst = std::max(worst, d);
-      sum += std::min(d, kCap);
-      ++n;
-    }
-    return sum / n;
-  };
   const auto f = [&](const std::vector<double>& v) {
     double worst = 0.0;
     const PairParameters k = unpacked(v);
-    const double of_henry = deviations(k, worst);
+    const double of_henry = henry_deviation(equation, k, henry, worst);
     return chosen.empty() ? of_henry : of_henry + objective(equation, k, chosen);
   };
   const double level = golden_search([&](double t) { return f({t, t}); }, -4.0, 0.4, 88);
   fit.k = rounded(unpacked(simplex_search(f, {level - 0.03, level + 0.03}, {0.02, 0.03})));
   describe(equation, chosen, fit);
   double worst = 0.0;
-  deviations(fit.k, worst);
+  henry_deviation(equation, fit.k, henry, worst);
   fit.worst = std::expm1(worst) * 100.0;
   fit.ok = true;
   return fit;

@@ -100,7 +100,7 @@ Point run(const std::function<double(const Point&)>& f, const Point& start, cons
 }  // namespace
 
 std::vector<double> simplex_search(const std::function<double(const std::vector<double>&)>& f,
-                                   std::vector<double> start, const std::vector<double>& step) {
+                                   const std::vector<double>& start, const std::vector<double>& step) {
   constexpr int kMost = 200;
   const Point first = run(f, start, step, kMost);
   Point finer = step;

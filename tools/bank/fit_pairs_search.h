@@ -12,6 +12,6 @@ double golden_search(const std::function<double(double)>& f, double low, double 
 
 // Downhill simplex of Nelder and Mead, begun twice: from START with edges STEP, then from the first result.
 std::vector<double> simplex_search(const std::function<double(const std::vector<double>&)>& f,
-                                   std::vector<double> start, const std::vector<double>& step);
+                                   const std::vector<double>& start, const std::vector<double>& step);
 
 }  // namespace talix::bank

@@ -35,8 +35,8 @@ double FitProgress::seconds() const {
 
 std::string FitProgress::bar(std::size_t done, std::size_t all, std::size_t fitted, double seconds) {
   const std::size_t full = all > 0 ? kWidth * done / all : kWidth;
-  std::string text = "[" + std::string(full, '#') + std::string(kWidth - full, '.') + "] " + std::to_string(done) +
-                     " of " + std::to_string(all);
+  std::string text = "[" + std::string(full, '#') + std::string(kWidth - full, '.') + "] " +
+                     std::to_string(done) + " of " + std::to_string(all);
   if (fitted > 0 && done < all) {
     const double left = seconds / static_cast<double>(fitted) * static_cast<double>(all - done);
     text += ", " + duration(left) + " to go";

@@ -131,7 +131,8 @@ PressureSource judged(const FitComponent& c, const Correlation& row, int order) 
   // A source that does not boil at the boiling point, or is an estimate, stands back.
   constexpr double kMostAtBoiling = 0.06, kEstimate = 0.08;
   if (c.tb > 0.35 * c.tc && !c.sublimes) {
-    const double p = c.tb >= row.tmin && c.tb <= row.tmax ? evaluate(row, c.tb) : wagner_pressure(c, s.wagner, c.tb);
+    const double p =
+        c.tb >= row.tmin && c.tb <= row.tmax ? evaluate(row, c.tb) : wagner_pressure(c, s.wagner, c.tb);
     s.score += std::fmin(std::fabs(std::log(p / 101325.0)), kMostAtBoiling);
   }
   if (row.estimated) s.score += kEstimate;

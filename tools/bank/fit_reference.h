@@ -16,16 +16,16 @@ struct FitComponent {
   std::string code;  // four characters
   std::string cas;
   std::string name;
-  std::string family;  // as components.csv has it
-  double tc = 0.0;     // critical temperature [K], rounded to 32 bits
-  double pc = 0.0;     // critical pressure [Pa], rounded to 32 bits
-  double omega = 0.0;  // acentric factor [-]
-  double mw = 0.0;     // molar mass [g/mol]
-  double vc = 0.0;     // critical volume [m3/mol]
-  double tb = 0.0;     // boiling point at 1 atm [K]; 0: none given
-  double tm = 0.0;     // melting point [K]; 0: none given
-  double hvap_tb = 0.0;     // heat of vaporisation at the boiling point [J/mol]; 0: none given
-  bool sublimes = false;    // tb is the temperature at which the solid has 1 atm
+  std::string family;     // as components.csv has it
+  double tc = 0.0;        // critical temperature [K], rounded to 32 bits
+  double pc = 0.0;        // critical pressure [Pa], rounded to 32 bits
+  double omega = 0.0;     // acentric factor [-]
+  double mw = 0.0;        // molar mass [g/mol]
+  double vc = 0.0;        // critical volume [m3/mol]
+  double tb = 0.0;        // boiling point at 1 atm [K]; 0: none given
+  double tm = 0.0;        // melting point [K]; 0: none given
+  double hvap_tb = 0.0;   // heat of vaporisation at the boiling point [J/mol]; 0: none given
+  bool sublimes = false;  // tb is the temperature at which the solid has 1 atm
   bool monatomic = false;
 };
 

@@ -41,7 +41,8 @@ double sigma_rhol(double tr, double rise) {
   return tr > 0.951 ? 0.003 + rise * (tr - 0.95) : 0.002;
 }
 
-constexpr double kPipeline = 102e5;  // pressures up to here count most for the gases of aims of their own [Pa]
+constexpr double kPipeline =
+    102e5;  // pressures up to here count most for the gases of aims of their own [Pa]
 
 double sigma_gas(const FitComponent& c, const GasPoint& g, const Aims& aims) {
   const double tr = g.T / c.tc;
@@ -96,8 +97,7 @@ Slopes helmholtz_slopes(double A, double B, double w) {
 
 // Slopes of ln(volume) by a and b where ln(pressure) moves with the slopes given.
 Slopes volume_slopes(double A, double B, double u, double w, double pr, const Slopes& lnp) {
-  const double pw =
-      u * (-1.0 / ((w - B) * (w - B)) + A * (2.0 * w + B) / (w * w * (w + B) * (w + B)));
+  const double pw = u * (-1.0 / ((w - B) * (w - B)) + A * (2.0 * w + B) / (w * w * (w + B) * (w + B)));
   const double pA = -u / (w * (w + B));
   const double pB = u * (1.0 / ((w - B) * (w - B)) + A / (w * (w + B) * (w + B)));
   return {(pr * lnp.A - pA) / pw / w, (pr * lnp.B - pB) / pw / w};
@@ -189,7 +189,8 @@ void saturation_residuals(const Problem& pb, const Curves& cv, Tangents* tangent
                                   pb.aims.rhol_soft));
     if (heat) {
       const double pr = std::exp(t.lnp), per_u = pr / u;
-      const double h = thermal(ab, u, pr, std::exp(t.lnwv) * per_u).H - thermal(ab, u, pr, std::exp(t.lnwl) * per_u).H;
+      const double h =
+          thermal(ab, u, pr, std::exp(t.lnwv) * per_u).H - thermal(ab, u, pr, std::exp(t.lnwl) * per_u).H;
       r.push_back((GAS_CONSTANT * s.T * h / s.hvap - 1.0) / pb.aims.hvap);
     }
   }

@@ -37,7 +37,8 @@ struct Aims {
   double gas_low = 1.0;    // factor on it below 100 bar
   double gas_mid = 1.0;    // factor on it from there to 200 bar
   double gas_far = 1.0;    // factor on it above 300 bar, or above 200 where the one before is raised
-  std::array<double, 3> near{25.0, 12.0, 4.0};  // factors on it up to 1.08, 1.15 and 1.25 of the critical temperature
+  std::array<double, 3> near{25.0, 12.0,
+                             4.0};  // factors on it up to 1.08, 1.15 and 1.25 of the critical temperature
   double thermal = 0.04;   // standard deviation of heat capacity and speed of sound of the gas, relative
   double rhol_soft = 0.0;  // residual of the liquid density from which it counts linearly; 0: none
   double gas_soft = 0.0;   // the same for the gas density
@@ -66,11 +67,11 @@ struct Problem {
 
 // Two saturated volumes, or one gas volume, with their slopes by the parameters a and b of the equation.
 struct Tangent {
-  bool ok = false;           // false: the equation has no such state
-  double A = 0.0, B = 0.0;   // where the tangent touches
-  double lnp = 0.0;          // ln(P/Pc)
-  double lnwl = 0.0;         // ln of the reduced liquid (or only) volume
-  double lnwv = 0.0;         // ln of the reduced vapour volume
+  bool ok = false;          // false: the equation has no such state
+  double A = 0.0, B = 0.0;  // where the tangent touches
+  double lnp = 0.0;         // ln(P/Pc)
+  double lnwl = 0.0;        // ln of the reduced liquid (or only) volume
+  double lnwv = 0.0;        // ln of the reduced vapour volume
   double pA = 0.0, pB = 0.0, lA = 0.0, lB = 0.0, vA = 0.0, vB = 0.0;  // slopes of the three
 };
 

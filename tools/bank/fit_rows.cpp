@@ -11,9 +11,12 @@ namespace {
 
 std::string percent(double v) { return cell_of(v, "%.3f"); }
 
-std::string row_head(const FitComponent& c) { return std::to_string(c.number) + "," + quoted_cell(c.code) + ","; }
+std::string row_head(const FitComponent& c) {
+  return std::to_string(c.number) + "," + quoted_cell(c.code) + ",";
+}
 
-std::string curves_row(const FitComponent& c, const Reference& ref, const CurveFit& fit, const CurveFigures& f) {
+std::string curves_row(const FitComponent& c, const Reference& ref, const CurveFit& fit,
+                       const CurveFigures& f) {
   std::string row = row_head(c) + fit.basis;
   for (const double v : fit.curves.p) row += "," + cell_of(v);
   row += "," + percent(f.psat.mean) + "," + percent(f.psat.worst) + "," + percent(f.rhol.mean) + "," +
@@ -25,8 +28,8 @@ std::string ideal_gas_row(const FitComponent& c, const Reference& ref, const Hea
   if (ref.cp.empty()) return {};
   std::string row = row_head(c);
   for (const double v : cp.c) row += cell_of(v) + ",";
-  return row + cell_of(cp.tmin, "%g") + "," + cell_of(cp.tmax, "%g") + "," + percent(cp.deviation.mean) + "," +
-         percent(cp.deviation.worst) + "," + quoted_cell(ref.cp_source);
+  return row + cell_of(cp.tmin, "%g") + "," + cell_of(cp.tmax, "%g") + "," + percent(cp.deviation.mean) +
+         "," + percent(cp.deviation.worst) + "," + quoted_cell(ref.cp_source);
 }
 
 std::string vapour_row(const FitComponent& c, const Reference& ref, const WagnerFit& wagner) {
@@ -36,17 +39,17 @@ std::string vapour_row(const FitComponent& c, const Reference& ref, const Wagner
          quoted_cell(ref.source);
 }
 
-std::string log_line(const FitComponent& c, const CurveFit& fit, const CurveFigures& f, const HeatCapacityFit& cp,
-                     const WagnerFit& wagner) {
+std::string log_line(const FitComponent& c, const CurveFit& fit, const CurveFigures& f,
+                     const HeatCapacityFit& cp, const WagnerFit& wagner) {
   char text[400];
-  std::snprintf(text, sizeof text,
-                "%-24s %-12.12s psat %.3f/%.2f rho %.3f/%.2f rhov %.2f hv %.2f/%.1f | gas rho %.3f/%.2f cp %.2f w "
-                "%.2f | zone a %.2f b %.2f h %.3f | cp %.3f/%.2f wag %.3f/%.2f cost %.0f%s%s",
-                c.name.c_str(), fit.basis.c_str(), f.psat.mean, f.psat.worst, f.rhol.mean, f.rhol.worst,
-                f.rhov.mean, f.hvap.mean, f.hvap.worst, f.rho_gas.mean, f.rho_gas.worst, f.cp_gas.mean,
-                f.w_gas.mean, f.zone_a, f.zone_b, f.zone_h, cp.deviation.mean, cp.deviation.worst,
-                wagner.deviation.mean, wagner.deviation.worst, fit.cost, fit.note.empty() ? "" : " | ",
-                fit.note.c_str());
+  std::snprintf(
+      text, sizeof text,
+      "%-24s %-12.12s psat %.3f/%.2f rho %.3f/%.2f rhov %.2f hv %.2f/%.1f | gas rho %.3f/%.2f cp %.2f w "
+      "%.2f | zone a %.2f b %.2f h %.3f | cp %.3f/%.2f wag %.3f/%.2f cost %.0f%s%s",
+      c.name.c_str(), fit.basis.c_str(), f.psat.mean, f.psat.worst, f.rhol.mean, f.rhol.worst, f.rhov.mean,
+      f.hvap.mean, f.hvap.worst, f.rho_gas.mean, f.rho_gas.worst, f.cp_gas.mean, f.w_gas.mean, f.zone_a,
+      f.zone_b, f.zone_h, cp.deviation.mean, cp.deviation.worst, wagner.deviation.mean,
+      wagner.deviation.worst, fit.cost, fit.note.empty() ? "" : " | ", fit.note.c_str());
   return text;
 }
 

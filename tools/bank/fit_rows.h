@@ -17,8 +17,8 @@ struct FitParts {
 struct ComponentRows {
   std::string curves, ideal_gas, vapour_pressure;  // one row each; empty where nothing is fitted
   std::vector<std::string> transport;              // a row for each set
-  std::string note;  // why the curves are less than a full fit; empty otherwise
-  std::string log;   // one line of figures
+  std::string note;                                // why the curves are less than a full fit; empty otherwise
+  std::string log;                                 // one line of figures
 };
 
 // Fits one component; depends on nothing but its arguments. GIVEN are the curves that the transport sets rest on where
@@ -34,7 +34,8 @@ inline constexpr const char* kCurvesHeader =
     "number,code,basis,p1,p2,p3,p4,p5,p6,p7,p8,p9,p10,p11,p12,p13,p14,p15,"
     "psat_mean_pct,psat_max_pct,rho_mean_pct,rho_max_pct,super_mean_pct,source,note";
 inline constexpr const char* kIdealComment =
-    "Ideal-gas heat capacity [J/(mol K)] = c1 + c2 T + c3 T^2 + c4 T^3 + c5 T^4 + c6 T^5 + c7/T + c8/T^2, T in K.";
+    "Ideal-gas heat capacity [J/(mol K)] = c1 + c2 T + c3 T^2 + c4 T^3 + c5 T^4 + c6 T^5 + c7/T + c8/T^2, T "
+    "in K.";
 inline constexpr const char* kIdealHeader =
     "number,code,c1,c2,c3,c4,c5,c6,c7,c8,tmin_K,tmax_K,mean_pct,max_pct,source";
 inline constexpr const char* kVapourComment =

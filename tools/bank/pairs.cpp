@@ -95,6 +95,7 @@ std::vector<PairRecord> read_pair_records(const SourceTable& table, const std::m
       table.fail(row, "number2", "this pair stands in the table already");
   }
   std::vector<PairRecord> records;
+  records.reserve(sorted.size());
   for (const auto& entry : sorted) records.push_back(entry.second);
   return records;
 }

@@ -14,7 +14,7 @@ constexpr double kTopConductivity = 0.96;  // the rise at the critical point is 
 constexpr double kTopTension = 0.97;
 constexpr double kTopSaturation = 0.985;
 constexpr double kTopHeatCapacity = 0.92;  // beyond, it rises without end
-constexpr double kFiftyDegrees = 323.15;  // [K]
+constexpr double kFiftyDegrees = 323.15;   // [K]
 
 std::string deviations(const Deviation& d) {
   if (d.n == 0) return ",";
@@ -40,16 +40,19 @@ std::optional<FittedSet> viscosity_at_50(const FitComponent& c, const FittedSet&
 }  // namespace
 
 const char* const kTransportHeader =
-    "number,code,set,flag,c1,c2,c3,c4,c5,c6,c7,c8,c9,tmin_K,tmax_K,mean_pct,max_pct,mean2_pct,max2_pct,source";
+    "number,code,set,flag,c1,c2,c3,c4,c5,c6,c7,c8,c9,tmin_K,tmax_K,mean_pct,max_pct,mean2_pct,max2_pct,"
+    "source";
 const char* const kTransportComment =
-    "Saturation and transport sets of the records, one row a set; the forms stand in tools/bank/transport_forms.h.\n"
-    "# Deviations in percent of the source from tmin to tmax; mean2, max2: those of the conductivity by PARL2.";
+    "Saturation and transport sets of the records, one row a set; the forms stand in "
+    "tools/bank/transport_forms.h.\n"
+    "# Deviations in percent of the source from tmin to tmax; mean2, max2: those of the conductivity by "
+    "PARL2.";
 
 std::vector<std::string> transport_rows(const FitComponent& c, const std::vector<FittedSet>& sets) {
   std::vector<std::string> rows;
   for (const FittedSet& set : sets) {
-    std::string row =
-        std::to_string(c.number) + "," + quoted_cell(c.code) + "," + set.name + "," + std::to_string(set.flag);
+    std::string row = std::to_string(c.number) + "," + quoted_cell(c.code) + "," + set.name + "," +
+                      std::to_string(set.flag);
     for (std::size_t k = 0; k < set.c.size(); ++k)
       row += static_cast<int>(k) < set.count ? "," + cell_of(set.c[k]) : ",";
     row += set.tmax > 0.0 ? "," + cell_of(set.tmin, "%.6g") + "," + cell_of(set.tmax, "%.6g") : ",,";

@@ -83,10 +83,11 @@ void take_pressure(UserComponent& c) {
                             " K is at or above the critical pressure of " + c.cells.at("pc_Pa") + " Pa");
     return;
   }
+  const std::string form = single ? "" : "; the form is log10(P/Pa) = A - B/(T/K + C)";
   const double alike = acentric_through(at, points);
   if (at.tc > kColdest && (alike < -0.3 || alike > 2.5)) {
     c.row.fault(column, "with tc_K and pc_Pa these pressures mean an acentric factor of " + shown(alike) +
-                            "; check the units (K and Pa) of all three");
+                            "; check the units (K and Pa) of all three" + form);
     return;
   }
   // One pressure that does not go with the others stands out against the relation with the best acentric factor.
@@ -95,7 +96,7 @@ void take_pressure(UserComponent& c) {
     const double off = std::log(p.value / at.pc) - lee_kesler_lnpr(p.T / at.tc, alike);
     if (std::fabs(off) < kMostOff || at.tc < kColdest) continue;
     c.row.fault(column, shown(p.value) + " Pa at " + shown(p.T) + " K is " + shown(std::exp(off)) +
-                            " times what the other pressures, tc_K and pc_Pa lead to; check it");
+                            " times what the other pressures, tc_K and pc_Pa lead to; check it" + form);
     return;
   }
   c.relations["psat"] = pressure_through(at, alike, points);

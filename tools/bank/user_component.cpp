@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <sstream>
 
 #include "bank/fit_curves.h"
 #include "bank/fit_rows.h"
@@ -68,6 +69,8 @@ void spread_atoms(UserComponent& c) {
     }
   }
   c.cells["other_atoms"] = others;
+  if (std::count(others.begin(), others.end(), ':') > 3)
+    c.row.fault("formula", "a record holds at most three elements beside C, H, N, O, S, F, Cl, Br and I");
 }
 
 void take_identity(UserComponent& c) {
@@ -116,6 +119,21 @@ void take_identity(UserComponent& c) {
   }
 }
 
+bool sound_groups(const std::string& text) {
+  constexpr int kMost = 8, kHighest = 160;
+  std::istringstream in(text);
+  int groups = 0;
+  for (std::string item; std::getline(in, item, ';'); ++groups) {
+    int subgroup = 0, count = 0;
+    char colon = 0;
+    std::istringstream fields(item);
+    if (!(fields >> subgroup >> colon >> count) || !(fields >> std::ws).eof() || colon != ':' ||
+        subgroup < 1 || subgroup > kHighest || count < 1)
+      return false;
+  }
+  return groups > 0 && groups <= kMost;
+}
+
 void take_figures(UserComponent& c) {
   for (const UserColumn& column : user_columns()) {
     if (c.row.given(column.name)) c.given.emplace(column.name);
@@ -128,6 +146,9 @@ void take_figures(UserComponent& c) {
   if (c.row.given("unifac_original")) {
     c.cells["unifac_original"] = c.row.text("unifac_original");
     c.cells["src_unifac"] = "USER";
+    if (!sound_groups(c.cells["unifac_original"]))
+      c.row.fault("unifac_original",
+                  "write up to eight of subgroup:count, parted by ;, the subgroup from 1 to 160");
   }
   const double mass = mass_of(c.atoms);
   constexpr double kMostOff = 0.005;

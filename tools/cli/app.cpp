@@ -83,7 +83,8 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
       "critical pressure bar, boiling point at 1.01325 bar K.");
   components_command->add_option(
       "TEXT", components_options.text,
-      "part of a name, synonym, code, CAS number or formula, or a catalogue number");
+      "part of a name, synonym, code, CAS number or formula, a formula with its atoms in any order, or a catalogue "
+      "number");
   add_common(*components_command, components_options.format);
 
   try {
