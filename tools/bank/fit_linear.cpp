@@ -21,9 +21,8 @@ Eigen::VectorXd least_squares(const Eigen::MatrixXd& m, const Eigen::VectorXd& y
   return a.colPivHouseholderQr().solve(b);
 }
 
-}  // namespace
-
-HeatCapacityFit fit_heat_capacity(const Reference& ref) {
+// Fit with the weight HOLD on the rows below the range of the reference, and twice that on those above.
+HeatCapacityFit heat_capacity_held(const Reference& ref, double hold) {
   HeatCapacityFit f;
   if (ref.cp.empty()) {
     return f;
@@ -40,14 +39,14 @@ HeatCapacityFit fit_heat_capacity(const Reference& ref) {
   }
   for (double T = 50.0; T < f.tmin - 10.0; T += 25.0) {
     const double cp = std::max(ref.cp.front().cp * (1.0 - 0.5 * (f.tmin - T) / f.tmin), 2.5 * GAS_CONSTANT);
-    rows.push_back({T, cp, 0.005});
+    rows.push_back({T, cp, hold});
   }
   const std::size_t n = ref.cp.size();
   const CpPoint &last = ref.cp[n - 1], &before = ref.cp[n - 3 < n ? n - 3 : 0];
   const double trend = (last.cp - before.cp) / (last.T - before.T);
   for (double T = f.tmax + 50.0; T <= 1700.0; T += 50.0) {
     const double span = T - f.tmax, fade = 600.0;
-    rows.push_back({T, last.cp + trend * fade * (1.0 - std::exp(-span / fade)), 0.01});
+    rows.push_back({T, last.cp + trend * fade * (1.0 - std::exp(-span / fade)), 2.0 * hold});
   }
   Eigen::MatrixXd m(static_cast<Eigen::Index>(rows.size()), 8);
   Eigen::VectorXd y(static_cast<Eigen::Index>(rows.size()));
@@ -74,6 +73,28 @@ HeatCapacityFit fit_heat_capacity(const Reference& ref) {
     f.deviation.add(100.0 * (ideal_gas_cp(f.c, p.T) / p.cp - 1.0));
   }
   f.deviation.finish();
+  return f;
+}
+
+// Whether a heat capacity stays that of a gas far below the range of its reference, and level far above.
+bool sound_outside(const HeatCapacityFit& f) {
+  constexpr double kColdest = 100.0, kStep = 10.0, kLeast = 2.0;  // K, K, R
+  for (double T = kColdest; T < f.tmin; T += kStep)
+    if (!(ideal_gas_cp(f.c, T) > kLeast * GAS_CONSTANT)) return false;
+  constexpr double kHigh = 1500.0, kHottest = 1700.0, kMost = 1.3;
+  for (double T = kHigh; T <= kHottest; T += kStep)
+    if (!(ideal_gas_cp(f.c, T) < kMost * ideal_gas_cp(f.c, kHigh))) return false;
+  return true;
+}
+
+}  // namespace
+
+HeatCapacityFit fit_heat_capacity(const Reference& ref) {
+  HeatCapacityFit f;
+  for (const double hold : {0.005, 0.02, 0.1, 0.5}) {
+    f = heat_capacity_held(ref, hold);
+    if (sound_outside(f)) break;
+  }
   return f;
 }
 

@@ -53,10 +53,10 @@ class CellRecord {
 
  private:
   [[nodiscard]] std::uint8_t& at(int cell, int offset) {
-    return bytes.at(static_cast<std::size_t>(4 * (cell - 1) + offset));
+    return bytes.at(4 * static_cast<std::size_t>(cell - 1) + static_cast<std::size_t>(offset));
   }
   [[nodiscard]] std::uint8_t at(int cell, int offset) const {
-    return bytes.at(static_cast<std::size_t>(4 * (cell - 1) + offset));
+    return bytes.at(4 * static_cast<std::size_t>(cell - 1) + static_cast<std::size_t>(offset));
   }
   void set_bits(int cell, std::uint32_t value) {
     for (int i = 0; i < 4; ++i) at(cell, i) = static_cast<std::uint8_t>(value >> (8 * i));

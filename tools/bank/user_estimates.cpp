@@ -78,7 +78,9 @@ Correlation pressure_through(const UserCritical& c, double omega, std::span<cons
   const bool estimated = rows.empty();
   const double low = estimated ? 1e9 : points.front().T / c.tc,
                high = estimated ? 0.0 : points.back().T / c.tc;
-  for (double tr = kLowest; tr < kHighest; tr += 0.03) {
+  constexpr int kSteps = 24;
+  for (int i = 0; i < kSteps; ++i) {
+    const double tr = kLowest + (kHighest - kLowest) * i / kSteps;
     if (tr >= low && tr <= high) continue;
     rows.push_back(wagner_terms(tr, kLeaning));
     right.push_back(kLeaning * lee_kesler_lnpr(tr, omega));
