@@ -145,7 +145,7 @@ void SSMMR6(const R8& T, const CompVec& X, MixtureVector& mixture, const I4& IFC
   MixtureVector& m = mixture;
   const R8 b = m.Q(IB);
   const R8 H = w.ratios.mean - w.excess.GE / kLn2;
-  const auto HN = [&w](int i) { return w.ratios.ALPHA(i) - w.excess.CHIN(i) / kLn2; };
+  const auto HN = [](int i) { return work.ratios.ALPHA(i) - work.excess.CHIN(i) / kLn2; };
   if (OPTMR(1)) m.Q(IA) = H * b;
   if (OPTMR(2))
     for (int i = IFCOM; i <= ILCOM; ++i) m.QN(IA)(i) = H * m.QN(IB)(i) + b * HN(i);

@@ -110,9 +110,9 @@ R8 ratio_by_amount(const CompVec& X, int n, const I4& IFCOM, const I4& ILCOM) {
 // RLNN.
 R8 ratio_by_amounts(const CompVec& X, int m, int n, const I4& IFCOM, const I4& ILCOM) {
   const Sums& w = work;
-  const auto around = [&w](int centre, int neighbour) {
-    return G(centre, neighbour) * (w.BL(centre) * A(centre, neighbour) - w.AL(centre)) /
-           (w.BL(centre) * w.BL(centre));
+  const auto around = [](int centre, int neighbour) {
+    return G(centre, neighbour) * (work.BL(centre) * A(centre, neighbour) - work.AL(centre)) /
+           (work.BL(centre) * work.BL(centre));
   };
   R8 sum = around(n, m) + around(m, n);
   for (int l = IFCOM; l <= ILCOM; ++l)

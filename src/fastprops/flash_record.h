@@ -80,13 +80,13 @@ inline constexpr I4 empty_record = 6;  // a number without a component
 
 struct FlashRecord {
   // The current call.
-  I4 NC;              // number of components (TALIX)
-  I4 IFLASH;          // flash-type code (TALIX)
-  R4 T;               // temperature [K] (TALIX; flashes move it)
-  R4 P;               // pressure [bar] (TALIX; flashes move it)
-  R4 FRV;             // vapour fraction: specification before the flash, result after it
-  R4 T_ASKED;         // T, P and FRV as the caller passed them, [K], [bar] and [-]: what is given and, of the
-  R4 P_ASKED;         // other ones, the start value (TALIX)
+  I4 NC;       // number of components (TALIX)
+  I4 IFLASH;   // flash-type code (TALIX)
+  R4 T;        // temperature [K] (TALIX; flashes move it)
+  R4 P;        // pressure [bar] (TALIX; flashes move it)
+  R4 FRV;      // vapour fraction: specification before the flash, result after it
+  R4 T_ASKED;  // T, P and FRV as the caller passed them, [K], [bar] and [-]: what is given and, of the
+  R4 P_ASKED;  // other ones, the start value (TALIX)
   R4 FRV_ASKED;
   R4 QSPEC;           // target total enthalpy of the adiabatic flashes [flow x J/mol]
   I4 NCAL;            // call status, flash_status::* (TALIX, flashes)
@@ -144,16 +144,16 @@ struct FlashRecord {
   Vec<R8, 3> ZZ;        // its roots
 
   // Kept between calls and between iterations.
-  I4 NCOLD;                         // NC of the previous call; 0 at load and after SETTALIXINSTALL
-  I4 NCALLS;                        // calls of TALIX; written, never read
-  I4 IDEAL_FLTP;                    // K-value status of FLTP, kvalues::*
-  I4 IDEAL_FLVP;                    // K-value status of FLVP, kvalues::*
-  R4 FTLS_FLTP;                     // total second-liquid flow of the last FLTP [mol]
-  I4 PASSES;                        // passes of the last FLTP; for reports, never read by a calculation
-  I4 NENGINE;                       // SHMIX0 calls of the flash layer since load; for reports, never read by a calculation
-  R4 FTLS_FLVP;                     // total second-liquid flow of the last FLVP [mol]
-  R4 PLAST;                         // pressure at the last K-value evaluation [bar] (KVAL)
-  R4 TLAST;                         // temperature at the last K-value evaluation [K] (KVAL)
+  I4 NCOLD;       // NC of the previous call; 0 at load and after SETTALIXINSTALL
+  I4 NCALLS;      // calls of TALIX; written, never read
+  I4 IDEAL_FLTP;  // K-value status of FLTP, kvalues::*
+  I4 IDEAL_FLVP;  // K-value status of FLVP, kvalues::*
+  R4 FTLS_FLTP;   // total second-liquid flow of the last FLTP [mol]
+  I4 PASSES;      // passes of the last FLTP; for reports, never read by a calculation
+  I4 NENGINE;     // SHMIX0 calls of the flash layer since load; for reports, never read by a calculation
+  R4 FTLS_FLVP;   // total second-liquid flow of the last FLVP [mol]
+  R4 PLAST;       // pressure at the last K-value evaluation [bar] (KVAL)
+  R4 TLAST;       // temperature at the last K-value evaluation [K] (KVAL)
   Mat<R4, kMaxComponents, 3> XX;    // last compositions; columns are flash_phase::* (KVAL)
   Mat<R4, kMaxComponents, 3> FOOX;  // last fugacity coefficients, same columns (KVAL)
 

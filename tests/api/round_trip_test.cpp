@@ -22,6 +22,8 @@ constexpr std::uint32_t kSeed = 20250117;
 constexpr R4 kTemperatureBand = 0.01F;  // [K]
 constexpr R4 kPressureBand = 1.0E-4F;   // of the pressure
 constexpr R4 kFractionBand = 1.0E-4F;
+constexpr R4 kTwinBand = 1.0E-5F;     // of the fraction at the other pressure of a retrograde gas
+constexpr R4 kBesideTheTwin = 1.02F;  // start value on the state's own side, factor on its pressure
 
 const char* pressure_bin(R8 P) {
   if (P < 10.0) return "0.5 to 10 bar";
@@ -73,6 +75,21 @@ std::string cause_of(const FlashCase& result) {
   return equilibrium ? "another equilibrium of nearly this fraction" : "loose end without a text";
 }
 
+// The fraction of a lean gas passes an extremum between its two dew pressures: a fraction has one pressure on either
+// side of it, and the search gives the one nearest to its start value. True when RESULT is the other pressure of STATE:
+// an equilibrium with the very fraction, nearer to the start, and another fraction between the two.
+bool is_retrograde_twin(const Leg& way, const FlashCase& state, const FlashCase& result) {
+  if (way.IFLASH != flash_type::pressure_at_fraction || !phases_differ(result)) return false;
+  const R4 start = start_of(way, state).P;
+  if (std::fabs(result.P - start) >= std::fabs(state.P - start)) return false;
+  FlashCase check = state;
+  check.P = result.P;
+  if (!check.run().empty() || !(std::fabs(check.FRV - state.FRV) <= kTwinBand)) return false;
+  FlashCase between = state;
+  between.P = std::sqrt(result.P * state.P);
+  return between.run().empty() && two_phases(between) && std::fabs(between.FRV - state.FRV) > kFractionBand;
+}
+
 struct Count {
   int tried = 0, back = 0;
   [[nodiscard]] R8 percent() const { return tried > 0 ? 100.0 * back / tried : 100.0; }
@@ -83,6 +100,16 @@ class RoundTrips : public testing::Test {
   std::map<std::string, Count> shares[kLegCount];
   std::map<std::string, int> causes;
   int states = 0;
+  int twins = 0;  // legs that reached the other pressure of the fraction first
+
+  // A leg that ends at the other pressure has to find the state from its own side.
+  bool returns_beside_the_twin(const Leg& way, const FlashCase& state, const FlashCase& result) {
+    if (!is_retrograde_twin(way, state, result)) return false;
+    ++twins;
+    FlashCase c = start_of(way, state);
+    c.P = kBesideTheTwin * state.P;
+    return c.run().empty() && same_state(state, c);
+  }
 
   void travel(const FlashCase& state, const std::string& kind) {
     ++states;
@@ -92,7 +119,7 @@ class RoundTrips : public testing::Test {
       const std::string STR = c.run();
       Count& share = shares[leg][pressure_bin(static_cast<R8>(state.P))];
       ++share.tried;
-      if (STR.empty() && same_state(state, c)) {
+      if (STR.empty() && (same_state(state, c) || returns_beside_the_twin(way, state, c))) {
         ++share.back;
         continue;
       }
@@ -151,6 +178,8 @@ TEST_F(RoundTrips, ComeBackToTheirStateWhateverThePressure) {
   test::verify(1);
   travel_all();
   EXPECT_TRUE(causes.empty());
+  // A lean gas at 72.7 C has the fraction of 78.52 bar at 67.23 bar too, which is nearer to the start at 54.97 bar.
+  EXPECT_EQ(twins, 1);
   for (const auto& legs : shares)
     for (const auto& [bin, count] : legs) EXPECT_EQ(count.back, count.tried) << bin;
 }

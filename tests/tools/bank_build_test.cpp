@@ -246,9 +246,8 @@ TEST(BankBuild, SameSourcesGiveTheSameBytes) {
   const Folder first;
   const Folder second;
   for (const Folder* folder : {&first, &second}) write_bank(folder->path(), compile_bank(kData).bank);
-  for (const char* const file :
-       {"purezan.out", "pcdir.asc", "pzandir.out", "bzandir.out", "binzan.out", "phyddir.out",
-        "purehyd.out"}) {
+  for (const char* const file : {"purezan.out", "pcdir.asc", "pzandir.out", "bzandir.out", "binzan.out",
+                                 "phyddir.out", "purehyd.out"}) {
     EXPECT_FALSE(first.read(file).empty()) << file;
     EXPECT_EQ(first.read(file), second.read(file)) << file;
   }

@@ -40,6 +40,16 @@ std::vector<int> numbers_of_the_bank() {
   return numbers;
 }
 
+// Components that have a row of the set in data/transport.csv.
+int rows_of_set(const std::string& set) {
+  bank::CsvTable table;
+  EXPECT_TRUE(bank::read_csv(std::string(TALIX_TEST_SOURCE) + "/data/transport.csv", table));
+  int rows = 0;
+  for (std::size_t row = 0; row < table.rows.size(); ++row)
+    if (table.text(row, "set") == set) ++rows;
+  return rows;
+}
+
 // Loads all components in turn and hands their positions to VISIT.
 template <class Visit>
 void for_every_component(Visit visit) {
@@ -133,12 +143,14 @@ TEST(BankInTheLibrary, ViscositySetsReadAsFitted) {
     SVISS2(comp.SS(i, 6) + 1.0, 1e5, i, ln_eta, nfail);
     EXPECT_NE(nfail, status::ok) << name;
   });
-  EXPECT_EQ(with_set, 121);
-  EXPECT_GT(with_pressure_set, 100);
+  EXPECT_EQ(with_set, rows_of_set("VIL"));
+  EXPECT_GT(with_set, 700);
+  EXPECT_GE(with_pressure_set, 600);
 }
 
 TEST(BankInTheLibrary, ConductivitySetsReadAsFitted) {
-  for_every_component([](int i) {
+  int as_fitted = 0, heavy = 0;
+  for_every_component([&](int i) {
     const std::string name{comp.CMFNAM(i).view()};
     const bool light = comp.NOTRY(i) == 0 && comp.ELEM(i, 1) <= 5;
     if (comp.ITCL(i) == 0 || light || comp.RMOLW(i) < 3.0) return;
@@ -147,8 +159,17 @@ TEST(BankInTheLibrary, ConductivitySetsReadAsFitted) {
     I4 nfail = 0;
     STCCM1(T, 1e5, i, lambda, nfail);
     EXPECT_EQ(nfail, status::ok) << name;
+    // Above 20 atoms of carbon one line serves all, whatever the set says.
+    if (comp.ELEM(i, 1) > 20) {
+      ++heavy;
+      EXPECT_NEAR(lambda, 0.1337 - 0.000142 * (T - 273.15), 1e-8) << name;
+      return;
+    }
+    ++as_fitted;
     EXPECT_NEAR(lambda / bank::tcl_conductivity(set_of(comp.TCL, i), T), 1.0, 1e-6) << name;
   });
+  EXPECT_GT(as_fitted, 700);
+  EXPECT_GE(heavy, 10);
 }
 
 TEST(BankInTheLibrary, CorrespondingStatesSetsReadAsFitted) {

@@ -177,7 +177,8 @@ TEST_F(Continuity, LiquidViscosityStepsAtTheCriticalTemperatureOfAComponent) {
   const auto at = [](R8 P) { return [P](R8 T) { return value(SLVIM1, T, P * kBar, method::mixture); }; };
   expect_steps_at(steps_of(at(30.0), 240.0, 560.0, 6400), {comp.TC(1)}, 0.06);
   const auto found = steps_of(at(1.0), 240.0, 560.0, 6400);
-  expect_steps_at(found, {comp.TC(1), 540.0}, 0.06);
+  // The second is where the equation of state with these curves has no liquid left at 1 bar.
+  expect_steps_at(found, {comp.TC(1), 540.275}, 0.06);
   EXPECT_NEAR(found.at(0).ratio, 1.165, 0.02);
   EXPECT_LT(found.at(1).ratio, 0.7);
 }

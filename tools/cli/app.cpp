@@ -81,10 +81,10 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
   components_command->footer(
       "Example:\n  talix components pentane\n\nUnits: molar mass g/mol, critical temperature K, "
       "critical pressure bar, boiling point at 1.01325 bar K.");
-  components_command->add_option(
-      "TEXT", components_options.text,
-      "part of a name, synonym, code, CAS number or formula, a formula with its atoms in any order, or a catalogue "
-      "number");
+  components_command->add_option("TEXT", components_options.text,
+                                 "part of a name, synonym, code, CAS number or formula, a formula with its "
+                                 "atoms in any order, or a catalogue "
+                                 "number");
   add_common(*components_command, components_options.format);
 
   try {
