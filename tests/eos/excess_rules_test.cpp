@@ -84,6 +84,15 @@ std::vector<State> seeded_states(int count) {
 // A slot of the rule whose pure parameters have derivatives that are slopes at every temperature.
 I4 smooth_slot(I4 code) {
   const I4 slot = load_model(code);
+  if (code == model::vd2d1) {
+    // b constant, a in proportion to 1/T.
+    for (int i = 1; i <= 10; ++i) {
+      planar.AOB(i) = 400.0 + 37.0 * i;
+      planar.B2D(i) = 1E-5 * (2.0 + 0.3 * i);
+    }
+    ++setup.generation;
+    return slot;
+  }
   models.MODPUR(slot) = pure::soave;
   models.M1PAR(slot) = widen(1.75256F);
   models.M2PAR(slot) = widen(0.08128F);
@@ -224,7 +233,9 @@ TEST_P(ExcessRuleDerivatives, EntriesAskedForAloneAreThoseOfTheWholeSet) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Rules, ExcessRuleDerivatives,
-                         ::testing::Values(Rule{"GExcess", model::vardo2}, Rule{"AExcess", model::vardo3},
+                         ::testing::Values(Rule{"Quadratic", model::srk},
+                                           Rule{"TwoDimensional", model::vd2d1},
+                                           Rule{"GExcess", model::vardo2}, Rule{"AExcess", model::vardo3},
                                            Rule{"Consistent", model::vardo4}),
                          [](const auto& rule) { return std::string(rule.param.name); });
 
