@@ -40,17 +40,6 @@ Vec<bool, 6> all_options() {
   return options;
 }
 
-void use_constants(I4 slot) {
-  cur = {.C1PAR = models.C1PAR(slot),
-         .C2PAR = models.C2PAR(slot),
-         .OAPAR = models.OAPAR(slot),
-         .OBPAR = models.OBPAR(slot),
-         .M1PAR = models.M1PAR(slot),
-         .M2PAR = models.M2PAR(slot),
-         .M3PAR = models.M3PAR(slot),
-         .M4PAR = models.M4PAR(slot)};
-}
-
 MixtureVector mix(I4 slot, R8 T, const CompVec& x, int n, const Vec<bool, 6>& options = all_options()) {
   MixtureVector m{};
   I4 code = 0;

@@ -491,14 +491,7 @@ TEST_F(PureVariants, EveryOriginHasItsRoutine) {
               {model::srk_simsci, SP2PC0}, {model::srk_aspen, SAPPC0}};
   for (const auto& row : rows) {
     const I4 slot = load_model(row.code);
-    cur = {.C1PAR = models.C1PAR(slot),
-           .C2PAR = models.C2PAR(slot),
-           .OAPAR = models.OAPAR(slot),
-           .OBPAR = models.OBPAR(slot),
-           .M1PAR = models.M1PAR(slot),
-           .M2PAR = models.M2PAR(slot),
-           .M3PAR = models.M3PAR(slot),
-           .M4PAR = models.M4PAR(slot)};
+    use_constants(slot);
     Vec<bool, 6> all{};
     all.fill(true);
     I4 code = 0;

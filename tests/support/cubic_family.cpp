@@ -9,6 +9,7 @@
 #include "engine/model_record.h"
 #include "engine/model_table.h"
 #include "engine/setup_record.h"
+#include "eos/cubic_record.h"
 #include "eos/two_dimensional_record.h"
 #include "eos/vardo95_record.h"
 #include "support/eos_fixture.h"
@@ -65,6 +66,17 @@ I4 load_model(I4 code) {
   SMDAO0(code, slot, failure);
   EXPECT_EQ(failure, status::ok) << code;
   return slot;
+}
+
+void use_constants(I4 slot) {
+  cur = {.C1PAR = models.C1PAR(slot),
+         .C2PAR = models.C2PAR(slot),
+         .OAPAR = models.OAPAR(slot),
+         .OBPAR = models.OBPAR(slot),
+         .M1PAR = models.M1PAR(slot),
+         .M2PAR = models.M2PAR(slot),
+         .M3PAR = models.M3PAR(slot),
+         .M4PAR = models.M4PAR(slot)};
 }
 
 }  // namespace talix::test

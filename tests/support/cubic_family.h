@@ -11,5 +11,7 @@ namespace talix::test {
 void reset_cubic_family();
 // Slot of a model, loaded now.
 I4 load_model(I4 code);
+// Makes the constants of a slot those of the model in use.
+void use_constants(I4 slot);
 
 }  // namespace talix::test
