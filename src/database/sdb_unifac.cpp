@@ -186,7 +186,8 @@ I4 SUFAO2(const I4& MAIN) {
 //          groups present, the counts of each component and the totals of volume and surface, and all_grouped
 // Status   ok; model_error for a code without a table
 // Reports  "No UNIFAC groups for component " and its code, severity 1
-// Oddity   a subgroup that the table does not have brings main group 0 into the list
+// Oddity   a subgroup that the table does not have brings main group 0 into the list; a number that no subgroup
+//          can have, as an override may leave it, counts as no group
 void SUFAO3(const I4& N, const I4& CODE, I4& NFAIL) {
   clear_groups();
   NFAIL = table_file(CODE) != 0 ? status::ok : status::model_error;
@@ -195,6 +196,10 @@ void SUFAO3(const I4& N, const I4& CODE, I4& NFAIL) {
     if (comp.NGRP(i) == 0) report_no_groups(i);
     for (I4 k = 1; k <= comp.NGRP(i); ++k) {
       const I4 subgroup = comp.GRPTYP(i, k);
+      if (subgroup < 1 || subgroup > kMaxSubgroups) {
+        unifac.all_grouped = false;
+        continue;
+      }
       const R8 number = comp.GRPNUM(i, k);
       const I4 position = subgroup_position(subgroup);
       unifac.SUBGRP(i, position) += static_cast<R4>(number);
