@@ -84,7 +84,7 @@ struct FlashRecord {
   I4 IFLASH;   // flash-type code (TALIX)
   R4 T;        // temperature [K] (TALIX; flashes move it)
   R4 P;        // pressure [bar] (TALIX; flashes move it)
-  R4 FRV;      // vapour fraction: specification before the flash, result after it
+  R4 FRV;      // vapour fraction: asked for before the flash, result after it
   R4 T_ASKED;  // T, P and FRV as the caller passed them, [K], [bar] and [-]: what is given and, of the
   R4 P_ASKED;  // other ones, the start value (TALIX)
   R4 FRV_ASKED;

@@ -63,7 +63,7 @@ void search_segment(const RobustMixture& mixture, const LineSegment& g, LineTrac
     if (v != t.v) continue;
     LineSegment part = g;
     part.to = extreme;
-    if (!line_slopes(mixture, g.spec, extreme, part.slope_to)) continue;
+    if (!line_slopes(mixture, g.held, extreme, part.slope_to)) continue;
     // The slopes come in steps of the unknown that was held.
     LineSegment rest = g;
     rest.from = extreme;
@@ -77,7 +77,7 @@ void search_segment(const RobustMixture& mixture, const LineSegment& g, LineTrac
 
 // The critical point between two points of which y is the lighter phase of one only.
 void note_critical(const RobustMixture& mixture, const LineSegment& g, LineTrace& trace) {
-  if (!(g.from.u(g.spec) * g.to.u(g.spec) < 0.0)) return;
+  if (!(g.from.u(g.held) * g.to.u(g.held) < 0.0)) return;
   trace.critical_T = std::exp(cubic_value(g, temperature_unknown(mixture), 0.0));
   trace.critical_P = std::exp(cubic_value(g, pressure_unknown(mixture), 0.0));
   for (LineLimits* part : {&trace.normal, &trace.exchanged}) {

@@ -48,14 +48,14 @@ void wilson_point(const RobustMixture& mixture, R8 FRACTION, R8 P, R8 LOWEST, Li
 // The same at given T [K] or P [bar].
 void wilson_at(const RobustMixture& mixture, R8 FRACTION, SaturationGiven given, R8 value, LinePoint& point);
 
-// Two neighbouring points of a line and the cubics between them in unknown `spec`.
+// Two neighbouring points of a line and the cubics between them in unknown `held`.
 struct LineSegment {
-  int spec;
+  int held;
   LinePoint from, to;
-  LineVec slope_from, slope_to;  // with respect to spec
+  LineVec slope_from, slope_to;  // with respect to the unknown that is held
 };
 
-// Unknown K of the cubics at the value S of the spec unknown.
+// Unknown K of the cubics at the value S of the unknown that is held.
 R8 cubic_value(const LineSegment& segment, int k, R8 S);
 // All unknowns there, with the roots and the fraction of the first point.
 void cubic_point(const LineSegment& segment, int order, R8 S, LinePoint& point);

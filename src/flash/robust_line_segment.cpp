@@ -16,8 +16,8 @@ constexpr R8 kLowestWilsonT = 5.0, kHighestWilsonT = 3000.0;      // [K]
 constexpr R8 kLowestWilsonP = 1.0E-25, kHighestWilsonP = 1.0E+4;  // [bar]
 
 R8 cubic_slope(const LineSegment& g, int k, R8 S) {
-  const R8 h = g.to.u(g.spec) - g.from.u(g.spec);
-  const R8 t = (S - g.from.u(g.spec)) / h;
+  const R8 h = g.to.u(g.held) - g.from.u(g.held);
+  const R8 t = (S - g.from.u(g.held)) / h;
   return 6.0 * t * (1.0 - t) * (g.to.u(k) - g.from.u(k)) / h + (1.0 - t) * (1.0 - 3.0 * t) * g.slope_from(k) +
          t * (3.0 * t - 2.0) * g.slope_to(k);
 }
@@ -68,15 +68,15 @@ R8 wilson_pressure(const RobustMixture& mixture, R8 fraction, R8 T) {
 
 bool between(R8 value, R8 a, R8 b) { return (value - a) * (value - b) <= 0.0; }
 
-// Bracketed search along the spec unknown, each point solved at a value of it.
+// Bracketed search along the unknown that is held, each point solved at a value of it.
 bool search_crossing(const RobustMixture& mixture, const LineSegment& g, int v, R8 value, LinePoint& point) {
-  R8 a = g.from.u(g.spec), b = g.to.u(g.spec);
+  R8 a = g.from.u(g.held), b = g.to.u(g.held);
   R8 fa = g.from.u(v) - value, fb = g.to.u(v) - value;
   for (int step = 0; step < kSearchSteps; ++step) {
     R8 S = step % 3 == 2 ? 0.5 * (a + b) : a - fa * (b - a) / (fb - fa);
     if (!between(S, a, b)) S = 0.5 * (a + b);
     cubic_point(g, mixture.n + 2, S, point);
-    if (solve_point(mixture, g.spec, S, kDirectIterations, point) != PointAnswer::solved) return false;
+    if (solve_point(mixture, g.held, S, kDirectIterations, point) != PointAnswer::solved) return false;
     const R8 f = point.u(v) - value;
     if (std::fabs(f) < kSearchEnd) return true;
     if ((f < 0.0) == (fa < 0.0)) {
@@ -108,45 +108,45 @@ void wilson_point(const RobustMixture& mixture, R8 FRACTION, R8 P, R8 LOWEST, Li
 }
 
 R8 cubic_value(const LineSegment& g, int k, R8 S) {
-  const R8 h = g.to.u(g.spec) - g.from.u(g.spec);
-  const R8 t = (S - g.from.u(g.spec)) / h;
+  const R8 h = g.to.u(g.held) - g.from.u(g.held);
+  const R8 t = (S - g.from.u(g.held)) / h;
   return (1.0 + 2.0 * t) * (1.0 - t) * (1.0 - t) * g.from.u(k) +
          t * (1.0 - t) * (1.0 - t) * h * g.slope_from(k) + t * t * (3.0 - 2.0 * t) * g.to.u(k) +
          t * t * (t - 1.0) * h * g.slope_to(k);
 }
 
 void cubic_point(const LineSegment& g, int order, R8 S, LinePoint& point) {
-  const R8 a = g.from.u(g.spec), b = g.to.u(g.spec);
+  const R8 a = g.from.u(g.held), b = g.to.u(g.held);
   const bool nearer_to_end = std::fabs(S - b) < std::fabs(S - a);
   point = nearer_to_end ? g.to : g.from;
   for (int k = 1; k <= order; ++k) point.u(k) = cubic_value(g, k, S);
 }
 
 bool find_extreme(const RobustMixture& mixture, const LineSegment& g, int v, LinePoint& point) {
-  R8 a = g.from.u(g.spec), b = g.to.u(g.spec);
+  R8 a = g.from.u(g.held), b = g.to.u(g.held);
   const bool rising = cubic_slope(g, v, a) * (b - a) > 0.0;
   for (int step = 0; step < kBisections; ++step) {
     const R8 middle = 0.5 * (a + b);
-    const bool rises = cubic_slope(g, v, middle) * (g.to.u(g.spec) - g.from.u(g.spec)) > 0.0;
+    const bool rises = cubic_slope(g, v, middle) * (g.to.u(g.held) - g.from.u(g.held)) > 0.0;
     (rises == rising ? a : b) = middle;
   }
   const R8 S = 0.5 * (a + b);
   cubic_point(g, mixture.n + 2, S, point);
-  return solve_point(mixture, g.spec, S, kDirectIterations, point) == PointAnswer::solved;
+  return solve_point(mixture, g.held, S, kDirectIterations, point) == PointAnswer::solved;
 }
 
 bool find_crossing(const RobustMixture& mixture, const LineSegment& g, int v, R8 value, LinePoint& point) {
-  R8 a = g.from.u(g.spec), b = g.to.u(g.spec);
+  R8 a = g.from.u(g.held), b = g.to.u(g.held);
   const bool below = g.from.u(v) < value;
   for (int step = 0; step < kBisections; ++step) {
     const R8 middle = 0.5 * (a + b);
     ((cubic_value(g, v, middle) < value) == below ? a : b) = middle;
   }
   cubic_point(g, mixture.n + 2, 0.5 * (a + b), point);
-  const R8 expected = point.u(g.spec);
-  const R8 reach = 0.5 * std::fabs(g.to.u(g.spec) - g.from.u(g.spec));
+  const R8 expected = point.u(g.held);
+  const R8 reach = 0.5 * std::fabs(g.to.u(g.held) - g.from.u(g.held));
   if (solve_point(mixture, v, value, kDirectIterations, point) == PointAnswer::solved &&
-      std::fabs(point.u(g.spec) - expected) <= reach)
+      std::fabs(point.u(g.held) - expected) <= reach)
     return true;
   return search_crossing(mixture, g, v, value, point);
 }

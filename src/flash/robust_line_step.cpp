@@ -52,21 +52,21 @@ R8 step_length(const RobustMixture& mixture, const LineStepper& step) {
   for (int i = 1; i <= n; ++i) limit(step.slopes(i), kLargestK + kLargestShareK * std::fabs(p.u(i)));
   limit(step.slopes(n + 1), kLargestT);
   limit(step.slopes(n + 2), kLargestP);
-  R8 end = p.u(step.spec) + step.sense * step.reach * most;
-  const R8 here = p.u(step.spec);
-  if (step.spec <= n && here * step.sense < 0.0 && (here * end < 0.0 || std::fabs(end) < step.gap))
+  R8 end = p.u(step.held) + step.sense * step.reach * most;
+  const R8 here = p.u(step.held);
+  if (step.held <= n && here * step.sense < 0.0 && (here * end < 0.0 || std::fabs(end) < step.gap))
     end = std::fabs(here) > 1.5 * step.gap ? std::copysign(step.gap, here) : -std::copysign(step.gap, here);
-  return end - p.u(step.spec);
+  return end - p.u(step.held);
 }
 
 // Extrapolation by the cubics of the last segment where they hold, else along the slopes.
 void predict(const RobustMixture& mixture, const LineStepper& step, R8 S, LinePoint& point) {
   const int order = mixture.n + 2;
   point = step.segment.to;
-  const R8 ahead = S - step.segment.to.u(step.spec);
+  const R8 ahead = S - step.segment.to.u(step.held);
   const LineSegment& g = step.segment;
-  const R8 behind = g.to.u(step.spec) - g.from.u(step.spec);
-  if (step.has_segment && g.spec == step.spec && behind * ahead > 0.0 &&
+  const R8 behind = g.to.u(step.held) - g.from.u(step.held);
+  if (step.has_segment && g.held == step.held && behind * ahead > 0.0 &&
       std::fabs(ahead) < 2.0 * std::fabs(behind)) {
     for (int k = 1; k <= order; ++k) point.u(k) = cubic_value(g, k, S);
   } else {
@@ -101,8 +101,8 @@ void set_roots(LinePoint& point) {
 }
 
 bool choose_spec(const RobustMixture& mixture, LineStepper& step) {
-  step.spec = most_sensitive(mixture, step.segment.to, step.slopes);
-  const R8 scale = step.slopes(step.spec);
+  step.held = most_sensitive(mixture, step.segment.to, step.slopes);
+  const R8 scale = step.slopes(step.held);
   if (!(std::fabs(scale) > 0.0)) return false;
   for (int i = 1; i <= mixture.n + 2; ++i) step.slopes(i) /= scale;
   if (scale < 0.0) step.sense = -step.sense;
@@ -123,12 +123,12 @@ bool set_out(const RobustMixture& mixture, const LinePoint& first, const LineVec
 bool advance(const RobustMixture& mixture, LineStepper& step) {
   LinePoint predicted{};
   while (step.reach > kShortest) {
-    const R8 S = step.segment.to.u(step.spec) + step_length(mixture, step);
+    const R8 S = step.segment.to.u(step.held) + step_length(mixture, step);
     predict(mixture, step, S, predicted);
     LinePoint next = predicted;
-    const bool jump = step.spec <= mixture.n && S * step.segment.to.u(step.spec) < 0.0;
+    const bool jump = step.held <= mixture.n && S * step.segment.to.u(step.held) < 0.0;
     const PointAnswer answer =
-        solve_point(mixture, step.spec, S, jump ? kJumpIterations : kStepIterations, next);
+        solve_point(mixture, step.held, S, jump ? kJumpIterations : kStepIterations, next);
     if (answer == PointAnswer::unsettled && engine_budget() <= 0) return false;
     if (answer != PointAnswer::solved || has_jumped(mixture, predicted, next)) {
       if (jump && step.gap > kNarrowestGap)
@@ -140,10 +140,10 @@ bool advance(const RobustMixture& mixture, LineStepper& step) {
     LineSegment& g = step.segment;
     g.from = g.to;
     g.slope_from = step.slopes;
-    g.spec = step.spec;
+    g.held = step.held;
     set_roots(next);
     g.to = next;
-    if (!line_slopes(mixture, g.spec, g.to, g.slope_to)) return false;
+    if (!line_slopes(mixture, g.held, g.to, g.slope_to)) return false;
     step.slopes = g.slope_to;
     step.has_segment = true;
     if (next.iterations <= kEasy) step.reach = std::min(kLongest, 1.6 * step.reach);

@@ -11,8 +11,8 @@ struct LineStepper {
   R8 sense;          // of the movement along the slopes of segment.to: +1 or -1
   bool has_segment;  // segment.from is a point of the line
   LineSegment segment;
-  LineVec slopes;  // at segment.to, with respect to spec
-  int spec;
+  LineVec slopes;  // at segment.to, with respect to held
+  int held;
 };
 
 // Sets out from a solved point with its slopes by ln P, upwards or downwards in pressure; false when the line has no

@@ -85,12 +85,12 @@ R8 reduced_volume(const RobustMixture& mixture, const RobustPhase& phase) {
 }
 
 // Both phases at the point; with moving temperature its slopes are mended.
-bool evaluate(const RobustMixture& mixture, int spec, LinePoint& point) {
+bool evaluate(const RobustMixture& mixture, int held, LinePoint& point) {
   const R8 T = temperature_of(mixture, point);
   const R8 P = pressure_of(mixture, point);
   compositions_of(mixture, point, w.X, w.Y);
   const bool zone = in_zone(mixture, T);
-  const bool slope_T = zone && spec != temperature_unknown(mixture);
+  const bool slope_T = zone && held != temperature_unknown(mixture);
   w.true_slopes = slope_T || !zone;
   if (!evaluate_side(mixture, T, P, point.root_x, slope_T, w.X, w.sum_x, w.x)) return false;
   if (!evaluate_side(mixture, T, P, point.root_y, slope_T, w.Y, w.sum_y, w.y)) return false;
@@ -110,7 +110,7 @@ void form_residual(const RobustMixture& mixture, const LinePoint& point) {
   w.residual(n + 2) = 0.0;
 }
 
-void form_jacobian(const RobustMixture& mixture, int spec, const LinePoint& point) {
+void form_jacobian(const RobustMixture& mixture, int held, const LinePoint& point) {
   const int n = mixture.n;
   const R8 b = point.fraction;
   for (int j = 1; j <= n; ++j) {
@@ -128,7 +128,7 @@ void form_jacobian(const RobustMixture& mixture, int spec, const LinePoint& poin
     w.jacobian(i, n + 2) = w.y.lnphi_P(i) - w.x.lnphi_P(i);
   }
   for (int k = n + 1; k <= n + 2; ++k) w.jacobian(n + 1, k) = w.jacobian(n + 2, k) = 0.0;
-  w.jacobian(n + 2, spec) = 1.0;
+  w.jacobian(n + 2, held) = 1.0;
 }
 
 // Solves jacobian times step = right-hand side, which it replaces.
@@ -201,20 +201,20 @@ const RobustPhase& phase_y() { return w.y; }
 
 // solve_point: Newton's method in ln K, ln T and ln P (Michelsen 1980).
 //
-// In       spec            unknown that is held, 1 to n+2
+// In       held            unknown that is held, 1 to n+2
 //          value           what it is held at
 //          max_iterations  Newton steps allowed
 // In, out  point           start values; fraction and roots are kept
 // Status   solved: every ln f equal within 1e-10 (1e-9 where rounding allows no more)
 // Source   M.L. Michelsen, Fluid Phase Equilibria 4 (1980) 1-10
-PointAnswer solve_point(const RobustMixture& mixture, int spec, R8 value, int max_iterations,
+PointAnswer solve_point(const RobustMixture& mixture, int held, R8 value, int max_iterations,
                         LinePoint& point) {
   const int order = mixture.n + 2;
-  point.u(spec) = value;
+  point.u(held) = value;
   R8 before = 0.0;
   for (point.iterations = 0; point.iterations <= max_iterations; ++point.iterations) {
     if (out_of_range(mixture, point)) return PointAnswer::no_convergence;
-    if (!evaluate(mixture, spec, point)) return PointAnswer::unsettled;
+    if (!evaluate(mixture, held, point)) return PointAnswer::unsettled;
     if (alike(mixture, point)) return PointAnswer::trivial;
     form_residual(mixture, point);
     const R8 error = largest(order, w.residual);
@@ -223,21 +223,21 @@ PointAnswer solve_point(const RobustMixture& mixture, int spec, R8 value, int ma
     if (error < kLooseTolerance && point.iterations > 2 && error > 0.1 * before) return PointAnswer::solved;
     before = error;
     if (point.iterations == max_iterations) break;
-    form_jacobian(mixture, spec, point);
+    form_jacobian(mixture, held, point);
     if (!solve_equations(order, w.residual)) return PointAnswer::no_convergence;
     const R8 share = share_of_step(mixture, point, w.residual);
     for (int i = 1; i <= order; ++i) point.u(i) -= share * w.residual(i);
-    point.u(spec) = value;
+    point.u(held) = value;
   }
   return PointAnswer::no_convergence;
 }
 
-bool line_slopes(const RobustMixture& mixture, int spec, const LinePoint& point, LineVec& slopes) {
+bool line_slopes(const RobustMixture& mixture, int held, const LinePoint& point, LineVec& slopes) {
   if (!w.true_slopes) {
     LinePoint again = point;
     if (!evaluate(mixture, pressure_unknown(mixture), again)) return false;
   }
-  form_jacobian(mixture, spec, point);
+  form_jacobian(mixture, held, point);
   for (int i = 1; i <= mixture.n + 2; ++i) slopes(i) = 0.0;
   slopes(mixture.n + 2) = 1.0;
   return solve_equations(mixture.n + 2, slopes);

@@ -37,12 +37,12 @@ R8 pressure_of(const RobustMixture& mixture, const LinePoint& point);
 // Compositions of x and y, not normalised, from ln K and the fraction.
 void compositions_of(const RobustMixture& mixture, const LinePoint& point, CompVec& x, CompVec& y);
 
-// Newton iteration with unknown SPEC held at VALUE, from the values in the point.
-PointAnswer solve_point(const RobustMixture& mixture, int spec, R8 value, int max_iterations,
+// Newton iteration with unknown HELD kept at VALUE, from the values in the point.
+PointAnswer solve_point(const RobustMixture& mixture, int held, R8 value, int max_iterations,
                         LinePoint& point);
-// Slopes of the unknowns with respect to unknown SPEC along the line, at the point that solve_point has solved last;
+// Slopes of the unknowns with respect to unknown HELD along the line, at the point that solve_point has solved last;
 // false when there are none.
-bool line_slopes(const RobustMixture& mixture, int spec, const LinePoint& point, LineVec& slopes);
+bool line_slopes(const RobustMixture& mixture, int held, const LinePoint& point, LineVec& slopes);
 
 // The phases of the last evaluation of solve_point or line_slopes.
 const RobustPhase& phase_x();

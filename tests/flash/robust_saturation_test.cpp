@@ -69,8 +69,8 @@ TEST(SaturationPoint, SolvesFromWilsonsEstimate) {
       const R8 value = given == kAtT ? 300.0 : 4.0;
       LinePoint point{};
       wilson_at(mixture, fraction, given, value, point);
-      const int spec = given == kAtT ? temperature_unknown(mixture) : pressure_unknown(mixture);
-      ASSERT_EQ(solve_point(mixture, spec, std::log(value), 20, point), PointAnswer::solved);
+      const int held = given == kAtT ? temperature_unknown(mixture) : pressure_unknown(mixture);
+      ASSERT_EQ(solve_point(mixture, held, std::log(value), 20, point), PointAnswer::solved);
       EXPECT_LT(point.iterations, 8);
       R8 sum = 0.0;
       CompVec x{}, y{};
@@ -96,13 +96,13 @@ TEST(SaturationPoint, SlopesOfTheLineAreThoseOfItsPoints) {
   load({4, 21, 23}, {0.4F, 0.4F, 0.2F});
   LinePoint point{}, next{};
   wilson_at(mixture, 0.0, kAtP, 40.0, point);
-  const int spec = pressure_unknown(mixture);
-  ASSERT_EQ(solve_point(mixture, spec, std::log(40.0), 20, point), PointAnswer::solved);
+  const int held = pressure_unknown(mixture);
+  ASSERT_EQ(solve_point(mixture, held, std::log(40.0), 20, point), PointAnswer::solved);
   LineVec slopes{};
-  ASSERT_TRUE(line_slopes(mixture, spec, point, slopes));
+  ASSERT_TRUE(line_slopes(mixture, held, point, slopes));
   const R8 step = 1.0E-4;
   next = point;
-  ASSERT_EQ(solve_point(mixture, spec, std::log(40.0) + step, 20, next), PointAnswer::solved);
+  ASSERT_EQ(solve_point(mixture, held, std::log(40.0) + step, 20, next), PointAnswer::solved);
   for (int i = 1; i <= mixture.n + 1; ++i)
     EXPECT_NEAR((next.u(i) - point.u(i)) / step, slopes(i), 2.0E-3 * (1.0 + std::fabs(slopes(i)))) << i;
 }
