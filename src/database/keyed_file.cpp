@@ -84,4 +84,18 @@ void search_keyed_file(const KeyedLayout& layout, const I4& UNIT, const I4& LOW,
   }
 }
 
+void find_keyed_record(const KeyedLayout& layout, KeyedSearch search, const I4& KEY, L4& FOUND,
+                       KeyedRecord& record, I4& NFAIL) {
+  FOUND = false;
+  I4 unit = 0;
+  I4 low = 0;
+  I4 high = 0;
+  open_keyed_file(layout, unit, low, high, NFAIL);
+  if (NFAIL != status::ok) return;
+  I4 position = 0;
+  search(unit, low, high, KEY, FOUND, position);
+  if (FOUND && !read_keyed_record(layout, unit, position, record)) NFAIL = status::not_available;
+  SFLCL0(unit, "KEEP");
+}
+
 }  // namespace talix

@@ -35,6 +35,15 @@ void open_keyed_file(const KeyedLayout& layout, I4& UNIT, I4& LOW, I4& HIGH, I4&
 void search_keyed_file(const KeyedLayout& layout, const I4& UNIT, const I4& LOW, const I4& HIGH,
                        const I4& KEY, L4& FOUND, I4& RECORD);
 
+// A search for KEY between records LOW and HIGH of the open UNIT.
+using KeyedSearch = void (*)(const I4& UNIT, const I4& LOW, const I4& HIGH, const I4& KEY, L4& FOUND,
+                             I4& RECORD);
+
+// Opens the file, looks KEY up and closes it. FOUND with the record, or not; status not_available where there is
+// no file, or the record that was found cannot be read.
+void find_keyed_record(const KeyedLayout& layout, KeyedSearch search, const I4& KEY, L4& FOUND,
+                       KeyedRecord& record, I4& NFAIL);
+
 // Reads a record; false where the file has none of that number.
 bool read_keyed_record(const KeyedLayout& layout, I4 unit, I4 record, KeyedRecord& into);
 

@@ -76,20 +76,12 @@ bool store_component(const KeyedRecord& record, I4 i) {
 }
 
 void read_component(I4 i, I4 number, I4& NFAIL) {
-  I4 unit = 0;
-  I4 low = 0;
-  I4 high = 0;
-  open_keyed_file(kPure, unit, low, high, NFAIL);
-  if (NFAIL != status::ok) return;
   L4 found{};
-  I4 position = 0;
-  SCPDB3(unit, low, high, number, found, position);
   KeyedRecord record;
-  if (found && (!read_keyed_record(kPure, unit, position, record) || !store_component(record, i))) {
-    clear_component(i);
-    NFAIL = status::not_available;
-  }
-  SFLCL0(unit, "KEEP");
+  find_keyed_record(kPure, SCPDB3, number, found, record, NFAIL);
+  if (NFAIL != status::ok || !found || store_component(record, i)) return;
+  clear_component(i);
+  NFAIL = status::not_available;
 }
 
 // First item of a line in free format.

@@ -1,7 +1,6 @@
 #include "database/sdb_srk.h"
 
 #include "database/field_text.h"
-#include "database/file_layer.h"
 #include "database/keyed_file.h"
 #include "database/srk_variant_record.h"
 #include "engine/codes.h"
@@ -16,16 +15,9 @@ constexpr KeyedLayout kAspen{data_file::srk_aspen, 74, 4, 2, 5};
 
 // Finds the record of a standard number. Status ok; not_available where there is no file or no such record.
 void find_record(const KeyedLayout& layout, I4 number, KeyedRecord& record, I4& NFAIL) {
-  I4 unit = 0;
-  I4 low = 0;
-  I4 high = 0;
-  open_keyed_file(layout, unit, low, high, NFAIL);
-  if (NFAIL != status::ok) return;
   L4 found{};
-  I4 position = 0;
-  SSADB3(unit, low, high, number, found, position);
-  if (!found || !read_keyed_record(layout, unit, position, record)) NFAIL = status::not_available;
-  SFLCL0(unit, "KEEP");
+  find_keyed_record(layout, SSADB3, number, found, record, NFAIL);
+  if (!found) NFAIL = status::not_available;
 }
 
 // Columns of a field that stands behind GAP blanks; AT is the last column taken so far.

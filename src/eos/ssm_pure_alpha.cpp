@@ -5,14 +5,16 @@
 #include "database/component_record.h"
 #include "engine/codes.h"
 #include "eos/cubic_record.h"
+#include "eos/ssm_pure_scale.h"
 #include "eos/vardo95_record.h"
 
 namespace talix {
 
 namespace {
 
-constexpr R8 kBarToPascal = 100000.0;
-constexpr R8 kSmallestA = 0.001;
+using pure_scale::critical_ratio;
+using pure_scale::floored;
+
 constexpr R8 kLogSeven = 0.84509804;    // log10 of 7
 constexpr R8 kLargestQuadratic = 0.49;  // acentric factor up to which the slope is a quadratic
 
@@ -21,11 +23,11 @@ R8 translation(int i, R8 T) { return T * vardo95.C95(i, 2) + vardo95.C95(i, 1); 
 // a, b and translation for the slope XM of the square root of alpha.
 void generalised_parameters(int i, const R8& T, const I4& IPARA, R8 XM) {
   const R8 TR = T / comp.TC(i);
-  const R8 RTP = comp.TC(i) / (comp.PC(i) * kBarToPascal);
+  const R8 RTP = critical_ratio(comp.TC(i), comp.PC(i));
   const R8 root = std::sqrt(TR);
   const R8 AAC = 1.0 + XM * (1.0 - root);
   const R8 a = cur.OAPAR * (AAC * AAC) / TR;
-  pures.ARK(i) = (a < kSmallestA ? kSmallestA : a) * RTP;
+  pures.ARK(i) = floored(a) * RTP;
   pures.BRK(i) = cur.OBPAR * RTP;
   pures.CRK(i) = translation(i, T);
   const R8 E = cur.OAPAR * RTP * AAC * XM / root + pures.ARK(i);
@@ -68,14 +70,14 @@ Polynomial log_polynomial(const Mat<R8, kMaxComponents, ORDER>& table, int i, R8
 
 void log_parameters(int i, const R8& T, const I4& IPARA) {
   const R8 TRL = std::log(T / comp.TC(i));
-  const R8 RTP = comp.TC(i) / (comp.PC(i) * kBarToPascal);
+  const R8 RTP = critical_ratio(comp.TC(i), comp.PC(i));
   const R8 C1 = vardo95.C95(i, 1);
   const R8 C2 = vardo95.C95(i, 2);
   const R8 C3 = vardo95.C95(i, 3);
   const Polynomial a = log_polynomial(vardo95.A95, i, TRL);
   const Polynomial b = log_polynomial(vardo95.B95, i, TRL);
   const R8 OA = cur.OAPAR * std::exp(a.value);
-  pures.ARK(i) = (OA < kSmallestA ? kSmallestA : OA) * RTP;
+  pures.ARK(i) = floored(OA) * RTP;
   pures.BRK(i) = cur.OBPAR * RTP * std::exp(b.value);
   pures.CRK(i) = RTP * (C2 * std::atan(C3 * TRL) + C1);
   const R8 L = 1.0 + (C3 * TRL) * (C3 * TRL);

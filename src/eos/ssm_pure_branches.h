@@ -3,17 +3,17 @@
 #pragma once
 
 #include "database/component_record.h"
+#include "eos/cubic_record.h"
 #include "eos/ssm_pure_curves.h"
+#include "eos/ssm_pure_scale.h"
 
 namespace talix::pure_curves {
 
-inline constexpr R8 kBarToPascal = 100000.0;
 inline constexpr R8 kWarm = 0.9090909;  // Tc/T above which the curves above critical hold alone
 inline constexpr R8 kWarmSpan = -0.0909091;
 inline constexpr R8 kJoin = 1.04;  // Tc/T at which the two b curves meet
 inline constexpr R8 kJoinSpan = -0.1309091;
 inline constexpr R8 kJoinFactor = -0.1500838;  // (1 - 1.04) exp(0.08/(1.1005 - 1.04))
-inline constexpr R8 kSmallestA = 0.001;
 
 inline constexpr I4 kOffsetA = 0;  // columns of PARABF before the a curve
 inline constexpr I4 kOffsetB = 5;  // and before the b curve
@@ -70,9 +70,33 @@ struct CurveScale {
 };
 
 inline CurveScale curve_scale(int i, R8 T) {
-  const R8 PCP = comp.PC(i) * kBarToPascal;
+  const R8 PCP = comp.PC(i) * pure_scale::kBarToPascal;
   const R8 W2 = T / PCP;
   return {.W1 = comp.TC(i) / PCP, .W2 = W2, .W3 = W2 / (comp.TC(i) / T)};
+}
+
+// The curves of a and b at one temperature, or their slopes with T/Tc.
+struct CurvePair {
+  R8 a, b;
+};
+
+inline void store_values(int i, const CurveScale& scale, const CurvePair& value) {
+  pures.ARK(i) = pure_scale::floored(value.a) * scale.W1;
+  pures.BRK(i) = value.b * scale.W1;
+  pures.CRK(i) = 0.0;
+}
+
+inline void store_slopes(int i, const CurveScale& scale, const CurvePair& slope) {
+  pures.D1ADT(i) = slope.a * scale.W2;
+  pures.D1BDT(i) = slope.b * scale.W2;
+  pures.D1CDT(i) = 0.0;
+}
+
+// The second derivatives are the same for every way to join the curves.
+inline void store_curvatures(int i, const CurveScale& scale, const WarmB& c, R8 TR1) {
+  pures.D2ADT(i) = a_curve(i, TR1, 3) * scale.W3;
+  pures.D2BDT(i) = b_derivative(i, c, TR1, 3) * scale.W3;
+  pures.D2CDT(i) = 0.0;
 }
 
 }  // namespace talix::pure_curves

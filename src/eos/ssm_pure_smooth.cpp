@@ -1,7 +1,6 @@
 #include "eos/ssm_pure_smooth.h"
 
 #include "engine/codes.h"
-#include "eos/cubic_record.h"
 #include "eos/ssm_pure_branches.h"
 
 namespace talix {
@@ -47,10 +46,6 @@ Nodes nodes_of_b(int i, const WarmB& c) {
 }
 
 // The curves with T/Tc: order 1 values, 2 slopes.
-struct CurvePair {
-  R8 a, b;
-};
-
 CurvePair curves(int i, const WarmB& c, R8 TR1, R8 X, I4 ORDER) {
   if (TR1 > kJoin)
     return {.a = cold_curve(i, kOffsetA, TR1, ORDER), .b = cold_curve(i, kOffsetB, TR1, ORDER)};
@@ -67,21 +62,9 @@ void component_parameters(int i, const R8& T, const I4& IPARA) {
   const CurveScale scale = curve_scale(i, T);
   const WarmB c = TR1 > kJoin ? WarmB{} : warm_constants(i);
 
-  const CurvePair value = curves(i, c, TR1, X, 1);
-  pures.ARK(i) = (value.a < kSmallestA ? kSmallestA : value.a) * scale.W1;
-  pures.BRK(i) = value.b * scale.W1;
-  pures.CRK(i) = 0.0;
-  if (IPARA > 0) {
-    const CurvePair first = curves(i, c, TR1, X, 2);
-    pures.D1ADT(i) = first.a * scale.W2;
-    pures.D1BDT(i) = first.b * scale.W2;
-    pures.D1CDT(i) = 0.0;
-  }
-  if (IPARA == 2) {
-    pures.D2ADT(i) = a_curve(i, TR1, 3) * scale.W3;
-    pures.D2BDT(i) = b_derivative(i, c, TR1, 3) * scale.W3;
-    pures.D2CDT(i) = 0.0;
-  }
+  store_values(i, scale, curves(i, c, TR1, X, 1));
+  if (IPARA > 0) store_slopes(i, scale, curves(i, c, TR1, X, 2));
+  if (IPARA == 2) store_curvatures(i, scale, c, TR1);
 }
 
 }  // namespace

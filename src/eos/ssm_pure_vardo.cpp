@@ -1,7 +1,6 @@
 #include "eos/ssm_pure_vardo.h"
 
 #include "engine/codes.h"
-#include "eos/cubic_record.h"
 #include "eos/ssm_pure_branches.h"
 
 namespace talix {
@@ -15,21 +14,10 @@ void component_parameters(int i, const R8& T, const I4& IPARA) {
   const CurveScale scale = curve_scale(i, T);
   const WarmB c = TR1 < kJoin ? warm_constants(i) : WarmB{};
 
-  const R8 a = a_curve(i, TR1, 1);
   const R8 b = TR1 < kJoin ? warm_b(c, TR1, 1) : cold_curve(i, kOffsetB, TR1, 1);
-  pures.ARK(i) = (a < kSmallestA ? kSmallestA : a) * scale.W1;
-  pures.BRK(i) = b * scale.W1;
-  pures.CRK(i) = 0.0;
-  if (IPARA > 0) {
-    pures.D1ADT(i) = a_curve(i, TR1, 2) * scale.W2;
-    pures.D1BDT(i) = b_derivative(i, c, TR1, 2) * scale.W2;
-    pures.D1CDT(i) = 0.0;
-  }
-  if (IPARA == 2) {
-    pures.D2ADT(i) = a_curve(i, TR1, 3) * scale.W3;
-    pures.D2BDT(i) = b_derivative(i, c, TR1, 3) * scale.W3;
-    pures.D2CDT(i) = 0.0;
-  }
+  store_values(i, scale, {.a = a_curve(i, TR1, 1), .b = b});
+  if (IPARA > 0) store_slopes(i, scale, {.a = a_curve(i, TR1, 2), .b = b_derivative(i, c, TR1, 2)});
+  if (IPARA == 2) store_curvatures(i, scale, c, TR1);
 }
 
 }  // namespace

@@ -7,13 +7,14 @@
 #include "engine/codes.h"
 #include "engine/error_ring.h"
 #include "eos/cubic_record.h"
+#include "eos/ssm_pure_scale.h"
 
 namespace talix {
 
 namespace {
 
-constexpr R8 kBarToPascal = 100000.0;
-constexpr R8 kSmallestA = 0.001;
+using pure_scale::critical_ratio;
+using pure_scale::floored;
 
 // A function of T/Tc with its first and second derivative.
 struct Jet {
@@ -47,7 +48,7 @@ Jet polynomial_root(R8 TR, R8 f, R8 p, const Jet& P) {
 void store(int i, R8 RTP, const I4& IPARA, R8 TR, const Jet& alpha) {
   const R8 OA = cur.OAPAR * alpha.value / TR;
   const R8 factor = cur.OAPAR * RTP;
-  pures.ARK(i) = (OA < kSmallestA ? kSmallestA : OA) * RTP;
+  pures.ARK(i) = floored(OA) * RTP;
   pures.BRK(i) = cur.OBPAR * RTP;
   if (IPARA > 0) {
     pures.D1ADT(i) = factor * alpha.first - pures.ARK(i);
@@ -133,7 +134,7 @@ void SP2PC0(const R8& T, const I4& IPARA, const I4& IFCOM, const I4& ILCOM, I4& 
       ICODE = status::numerical;
       return;
     }
-    store(i, comp.TC(i) / (comp.PC(i) * kBarToPascal), IPARA, TR, alpha);
+    store(i, critical_ratio(comp.TC(i), comp.PC(i)), IPARA, TR, alpha);
   }
 }
 
@@ -159,7 +160,7 @@ void SAPPC0(const R8& T, const I4& IPARA, const I4& IFCOM, const I4& ILCOM, I4& 
       ICODE = status::numerical;
       return;
     }
-    store(i, TC / (srk_variants.PCASP(i) * kBarToPascal), IPARA, T / TC, alpha);
+    store(i, critical_ratio(TC, srk_variants.PCASP(i)), IPARA, T / TC, alpha);
   }
 }
 

@@ -13,26 +13,15 @@
 #include "cli/engine_keys.h"
 #include "cli/failure.h"
 #include "support/test_support.h"
+#include "tools/cli_run.h"
 
 namespace talix::cli {
 namespace {
 
 using nlohmann::json;
 
-struct Output {
-  int code;
-  std::string out;
-  std::string err;
-};
-
-Output talix(std::vector<std::string> arguments) {
-  if (arguments.at(0) == "keys" || arguments.at(0) == "phase")
-    arguments.insert(arguments.end(), {"--install", test::install_directory()});
-  std::ostringstream out;
-  std::ostringstream err;
-  const int code = run(arguments, out, err);
-  return {code, out.str(), err.str()};
-}
+using test::Output;
+using test::talix;
 
 bool holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 

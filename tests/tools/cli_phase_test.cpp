@@ -13,6 +13,7 @@
 #include "cli/app.h"
 #include "cli/failure.h"
 #include "support/test_support.h"
+#include "tools/cli_run.h"
 #include "tools/process.h"
 
 namespace talix::cli {
@@ -20,19 +21,8 @@ namespace {
 
 using nlohmann::json;
 
-struct Output {
-  int code;
-  std::string out;
-  std::string err;
-};
-
-Output talix(std::vector<std::string> arguments) {
-  if (arguments.at(0) == "phase") arguments.insert(arguments.end(), {"--install", test::install_directory()});
-  std::ostringstream out;
-  std::ostringstream err;
-  const int code = run(arguments, out, err);
-  return {code, out.str(), err.str()};
-}
+using test::Output;
+using test::talix;
 
 Output phase(const std::string& model, const std::string& components, const std::string& x,
              const std::vector<std::string>& more = {}, const std::string& T = "25C",

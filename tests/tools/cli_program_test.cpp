@@ -12,6 +12,7 @@
 #include "cli/failure.h"
 #include "cli/install_directory.h"
 #include "support/test_support.h"
+#include "tools/cli_run.h"
 #include "tools/process.h"
 
 namespace talix::cli {
@@ -19,22 +20,8 @@ namespace {
 
 using nlohmann::json;
 
-struct Output {
-  int code;
-  std::string out;
-  std::string err;
-};
-
-// The command line in this process, with the compiled bank.
-Output talix(std::vector<std::string> arguments) {
-  if (!arguments.empty() && (arguments[0] == "flash" || arguments[0] == "components")) {
-    arguments.insert(arguments.end(), {"--install", test::install_directory()});
-  }
-  std::ostringstream out;
-  std::ostringstream err;
-  const int code = run(arguments, out, err);
-  return {code, out.str(), err.str()};
-}
+using test::Output;
+using test::talix;
 
 Output flash(const std::string& components, const std::string& feed, const std::string& T,
              const std::string& P, const std::vector<std::string>& more = {}) {
